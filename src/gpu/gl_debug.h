@@ -1,0 +1,20 @@
+// Labels, groups and messages of KHR_debug, where the driver has it, and the count of GL errors
+// that tests watch. The thread that owns the OpenGL context.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+// Sends the driver's messages of high severity and errors to the debug channel and counts them.
+void InstallGlDebugMessages();
+// Errors counted so far, with what glGetError still holds.
+std::size_t GlErrorCount();
+
+// A named span of GL commands, shown by graphics debuggers.
+class GlDebugGroup {
+  public:
+    explicit GlDebugGroup(std::string_view name);
+    ~GlDebugGroup();
+    GlDebugGroup(const GlDebugGroup&) = delete;
+    GlDebugGroup& operator=(const GlDebugGroup&) = delete;
+};
