@@ -15,6 +15,7 @@ std::size_t toldSinceDrain = 0;  // errors that the driver told and glGetError m
 void GLAPIENTRY OnMessage(GLenum source, GLenum type, GLuint /*id*/, GLenum severity,
                           GLsizei length, const GLchar* message, const void* /*user*/) {
     if (source == GL_DEBUG_SOURCE_APPLICATION) return;
+    if (source == GL_DEBUG_SOURCE_SHADER_COMPILER) return;  // ShaderProgram tells these itself
     if (type != GL_DEBUG_TYPE_ERROR && severity != GL_DEBUG_SEVERITY_HIGH) return;
     ++errorCount;
     if (type == GL_DEBUG_TYPE_ERROR) ++toldSinceDrain;
