@@ -9,7 +9,6 @@
 #include "gpu/embedded_shaders.h"
 #include "gpu/full_screen_quad.h"
 #include "gpu/gl_debug.h"
-#include "gpu/gl_framebuffer.h"
 #include "gpu/shader_program.h"
 #include "platform/debug_output.h"
 
@@ -27,14 +26,10 @@ int Truncated(float value) {
 
 ImageNode_Shader::ImageNode_Shader(Engine* owner, const std::string& nodeId,
                                    const NodeScript& nodeScript)
-    : ImageNode(owner, nodeId), script(nodeScript) {
+    : ImageNode(owner, nodeId), script(nodeScript), target_(*this) {
     setInputCount(static_cast<int>(script.inputNames.size()));
     inputNames = script.inputNames;
     declareParams();
-
-    auto target = MakeFrameTarget();
-    target_ = target.get();
-    images[0] = std::move(target);
 
     program =
         std::make_unique<ShaderProgram>(script.name, EmbeddedShader("script_node.vert").data(),
@@ -108,8 +103,8 @@ bool ImageNode_Shader::process() {
 }
 
 void ImageNode_Shader::setFrameUniforms() {
-    const auto width = static_cast<float>(target_->width);
-    const auto height = static_cast<float>(target_->height);
+    const auto width = static_cast<float>(target_.front().width);
+    const auto height = static_cast<float>(target_.front().height);
     glUniformMatrix4fv(frameLocations_.textureMatrix, 1, GL_FALSE, textureMatrix.m);
     glUniform1f(frameLocations_.time, engine->time);
     glUniform1f(frameLocations_.aspectRatio, width / height);
@@ -167,12 +162,10 @@ void ImageNode_Shader::setParam(const ShaderParam& param, int location) {
 bool ImageNode_Shader::postProcess() {
     if (engine->renderEnabled == 0 || !program->linked) return true;
     const GlDebugGroup group(id);
-    target_->Bind();
-    target_->SelectDrawBuffers();
-    target_->SetViewport();
+    target_.begin();
     program->Use();
     DrawFullScreenQuad();
     ShaderProgram::Unuse();
-    GL_FrameBuffer::Unbind();
+    target_.end();
     return true;
 }

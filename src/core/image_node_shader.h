@@ -9,8 +9,8 @@
 
 #include "core/image_node.h"
 #include "core/node_script.h"
+#include "core/node_target.h"
 
-class GL_FrameBuffer;
 class ShaderProgram;
 
 class ImageNode_Shader : public ImageNode {
@@ -42,5 +42,5 @@ class ImageNode_Shader : public ImageNode {
     FrameLocations frameLocations_{};
     std::vector<InputLocations> inputLocations_;
     std::vector<int> paramLocations_;
-    GL_FrameBuffer* target_ = nullptr;  // images[0]
+    NodeTarget target_;
 };
