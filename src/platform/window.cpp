@@ -246,6 +246,11 @@ std::unique_ptr<Window> MakeWindow(WindowKind kind, std::string& reason) {
         reason = SdlReason("no display");
         return nullptr;
     }
+    // Left to itself, SDL ends with a driver that shows nothing; only who names it wants that.
+    if (!offscreen && !DriverShowsWindows() && SDL_GetHint(SDL_HINT_VIDEODRIVER) == nullptr) {
+        reason = "no display";
+        return nullptr;
+    }
     SetContextAttributes();
     bool fullScreen = false;
     WindowHandle window = CreateSdlWindow(kind, fullScreen);
