@@ -2,7 +2,7 @@
 // kept in a bounded ring that the editor's log shows. Depends on nothing; any thread may write.
 #pragma once
 
-#include <functional>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +35,8 @@ class DebugCapture {
     std::string text() const;
 
   private:
+    friend void DebugOutput(std::string_view text);
+
     std::vector<std::string> messages_;
     DebugCapture* outer_;
 };

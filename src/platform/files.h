@@ -25,7 +25,8 @@ std::optional<std::vector<std::uint8_t>> ReadWholeFile(std::string_view windowsN
                                                        std::uint64_t limitBytes = kMaxFileBytes);
 
 // Replaces or makes the file in one step: temporary file in the same folder, flushed to the disk,
-// renamed over the old one, folder flushed. False when any step fails; the old file is then whole.
+// renamed over the old one, folder flushed; permission bits and links stay. False when any step
+// fails; the old file is then whole (or, when only the folder's flush failed, the new one).
 bool WriteFileAtomically(std::string_view windowsName, std::span<const std::uint8_t> bytes);
 
 // Names of the regular files in a folder, sorted by their bytes; nothing when it cannot be opened.

@@ -68,7 +68,9 @@ class Window {
 };
 
 // Null with a reason when there is no display or no usable OpenGL 3.3 core context. The context is
-// current and its entry points are loaded on return.
+// current and its entry points are loaded on return. Where SDL_VIDEODRIVER names a driver that
+// shows nothing, the kinds with a window are made all the same, as if a screen of that size were
+// there.
 std::unique_ptr<Window> MakeWindow(WindowKind kind, std::string& reason);
 
 // True when a display server can be reached, that is, when a window could be shown.
