@@ -37,7 +37,7 @@ void paintBackdrop(Layer& layer, float centreX, float centreY, float reach) {
         const float dx = (static_cast<float>(x) - centreX) / reach;
         const float dy = (static_cast<float>(y) - centreY) / reach;
         const float away = dx * dx + dy * dy;
-        const float cloud = fractalNoise(dx * 2 + 3, dy * 2 + 7, 5, 61);
+        const float cloud = fractalNoise(dx * 2 + 3, dy * 2 + 7, 3, 61);
         Colour colour = mix(kIndigo, kInk, smoothstep(0, 1.9f, away)) * 0.85f;
         colour = colour + kViolet * (0.34f * std::exp(-away * 3.2f) * (1 + 0.8f * cloud));
         return colour + kMagenta * (0.10f * std::exp(-away * 5));
@@ -45,7 +45,7 @@ void paintBackdrop(Layer& layer, float centreX, float centreY, float reach) {
     const Mask circles = Mask::drawn(layer.width, layer.height, [&](cairo_t* cairo) {
         cairo_set_line_width(cairo, 1.2);
         for (int ring = 0; ring < 9; ++ring) {
-            const double radius = reach * (0.52 + 0.13 * ring);
+            const double radius = reach * (0.74 + 0.12 * ring);
             const double start = ring * 1.7, sweep = 1.4 + (ring * 5 % 7) * 0.55;
             cairo_arc(cairo, centreX, centreY, radius, start, start + sweep);
             cairo_stroke(cairo);
@@ -93,9 +93,9 @@ Layer paintWideBanner() {
     scatterStars(layer, random, {0, 0, kBannerWidth, kBannerHeight},
                  {.count = 420, .brightCount = 8});
     const LetterStyle style{.height = 120, .stroke = 15, .tracking = 0.15};
-    const LetterStyle inner{.height = 120, .stroke = 15, .tracking = 0.15};
+
     paintText(layer, "GREETINGS TO ALL", kBannerWidth / 2.0, 92, style, kMagenta, 0.55f);
-    paintText(layer, "WHO MAKE DEMOS", kBannerWidth / 2.0, 300, inner, kCyan, 0.55f);
+    paintText(layer, "WHO MAKE DEMOS", kBannerWidth / 2.0, 300, style, kCyan, 0.55f);
     for (const float y : {34.0f, 476.0f}) paintRule(layer, kBannerWidth / 2.0f, y, 1000, kOrange);
     return layer;
 }
@@ -167,6 +167,14 @@ Layer paintTallPoster() {
     return layer;
 }
 
+namespace {
+
+void add(Mask& sum, const Mask& more) {
+    for (size_t i = 0; i < sum.values.size(); ++i) sum.values[i] += more.values[i];
+}
+
+}  // namespace
+
 Layer paintCredits() {
     struct Line {
         const char* role;
@@ -180,12 +188,15 @@ Layer paintCredits() {
     Layer layer(kWidth, kHeight);
     const LetterStyle roleStyle{.height = 24, .stroke = 3.2, .tracking = 0.55};
     const LetterStyle textStyle{.height = 46, .stroke = 6, .tracking = 0.22};
+    Mask roles(kWidth, kHeight), texts(kWidth, kHeight);
     double y = 110;
     for (const Line& line : kLines) {
-        paintText(layer, line.role, kWidth / 2.0, y, roleStyle, kCyan);
-        paintText(layer, line.text, kWidth / 2.0, y + 52, textStyle, kMagenta, 0.6f);
+        add(roles, textMask(kWidth, kHeight, line.role, kWidth / 2.0, y, roleStyle));
+        add(texts, textMask(kWidth, kHeight, line.text, kWidth / 2.0, y + 52, textStyle));
         y += 182;
     }
+    neon(layer, roles, kCyan, 1.7f, 0.7f);
+    neon(layer, texts, kMagenta, 3.2f, 0.6f);
     return layer;
 }
 

@@ -86,7 +86,10 @@ void drawTower(cairo_t* cairo, const Tower& tower, Colour front, Colour edge) {
     box(cairo, tower.x, tower.top, tower.width, std::max(1.0f, tower.width * 0.010f));
 }
 
-void drawWindows(cairo_t* cairo, const Tower& tower, const Windows& windows) {
+// What of a house is drawn: the walls with their dark panes, or the lit panes alone.
+enum class Part { Walls, Lamps };
+
+void drawWindows(cairo_t* cairo, const Tower& tower, const Windows& windows, Part part) {
     Random random(tower.seed + 1000);
     const int columns = std::max(2, static_cast<int>(tower.width * 0.92f / windows.cellWidth));
     const float left =
@@ -100,6 +103,7 @@ void drawWindows(cairo_t* cairo, const Tower& tower, const Windows& windows) {
             const float glow = random.range(0.35f, 1.0f);
             const bool own = random.chance(0.3f);
             const Colour lamp = own ? kLamps[random.below(static_cast<int>(kLamps.size()))] : house;
+            if (lit != (part == Part::Lamps)) continue;
             if (lit) {
                 setColour(cairo, lamp, glow);
             } else {
@@ -112,28 +116,42 @@ void drawWindows(cairo_t* cairo, const Tower& tower, const Windows& windows) {
     }
 }
 
-// Fills the width with towers whose tops swing about `middleTop`, higher where `peak` is.
-std::vector<Tower> rowOfTowers(uint32_t seed, float middleTop, float swing, float minWidth,
-                               float maxWidth) {
-    Random random(seed);
+// A row of houses from side to side of the picture.
+struct Row {
+    uint32_t seed;
+    float middleTop, swing;    // pixels: mean height of the roofs in the picture, their spread
+    float minWidth, maxWidth;  // of a house, pixels
+    Windows windows;
+    Colour front, edge, haze;
+    float hazeTop, hazeShare;  // where haze begins, pixels; how thick it is at the foot
+    float lampShare;           // how much of the lamps' light gets through the haze
+    float beacon;              // size of the red lights on the roofs, pixels
+};
+
+std::vector<Tower> towersOf(const Row& row) {
+    Random random(row.seed);
     std::vector<Tower> towers;
-    for (float x = -minWidth * 0.6f; x < kWidth;) {
-        const float width = std::round(random.range(minWidth, maxWidth));
-        const float hill = gradientNoise(x / 380, 0.5f, seed + 3) * 0.6f;
-        const float top = middleTop - swing * (hill + random.range(-0.5f, 0.5f));
+    for (float x = -row.minWidth * 0.6f; x < kWidth;) {
+        const float width = std::round(random.range(row.minWidth, row.maxWidth));
+        const float hill = gradientNoise(x / 380, 0.5f, row.seed + 3) * 0.6f;
+        const float top = row.middleTop - row.swing * (hill + random.range(-0.5f, 0.5f));
         towers.push_back({std::round(x), std::round(top), width, random.next()});
         x += width * random.range(0.80f, 1.06f);
     }
     return towers;
 }
 
-// Light in the windows, as coverage, to be blurred into a shine over the street.
-void addShine(Layer& layer, const Drawing& lamps, float sigma, Colour colour, float gain) {
-    const Mask mask = Mask::drawn(kWidth, kHeight, lamps);
-    layer.light(mask.blurred(sigma), colour, gain);
+// For the lamps each house first wipes out those of the houses that it hides.
+void drawRow(cairo_t* cairo, const Row& row, const std::vector<Tower>& towers, Part part) {
+    for (const Tower& tower : towers) {
+        if (part == Part::Lamps) cairo_set_operator(cairo, CAIRO_OPERATOR_CLEAR);
+        drawTower(cairo, tower, row.front, row.edge);
+        cairo_set_operator(cairo, CAIRO_OPERATOR_OVER);
+        drawWindows(cairo, tower, row.windows, part);
+    }
 }
 
-void beacons(Layer& layer, const std::vector<Tower>& towers, float size) {
+void addBeacons(Layer& layer, const std::vector<Tower>& towers, float size) {
     for (const Tower& tower : towers) {
         if (tower.seed % 3 != 0) continue;
         const float x = tower.x + tower.width * 0.1f, y = tower.top - size;
@@ -142,77 +160,116 @@ void beacons(Layer& layer, const std::vector<Tower>& towers, float size) {
     }
 }
 
+void paintRow(Layer& layer, const Row& row, const std::vector<Tower>& towers) {
+    const Drawing lamps = [&](cairo_t* cairo) { drawRow(cairo, row, towers, Part::Lamps); };
+    layer.draw([&](cairo_t* cairo) { drawRow(cairo, row, towers, Part::Walls); });
+    layer.tint([&](int, int) { return row.haze; },
+               [&](int, int y) {
+                   return row.hazeShare * smoothstep(row.hazeTop, kHeight, static_cast<float>(y));
+               });
+    Layer lit(kWidth, kHeight);
+    lit.draw(lamps);
+    layer.cover(lit, row.lampShare);
+    const Mask shine = Mask::drawn(kWidth, kHeight, lamps);
+    layer.light(shine.blurred(row.windows.cellWidth * 0.45f), kOrange, 0.42f * row.lampShare);
+    layer.light(shine.blurred(row.windows.cellWidth * 2), kMagenta, 0.40f * row.lampShare);
+    addBeacons(layer, towers, row.beacon);
+}
+
 }  // namespace
 
 Layer paintCityFar() {
+    constexpr std::array kRows{
+        Row{60,
+            660,
+            230,
+            26,
+            58,
+            {5, 8, 0.55f, 0.45f, 0.32f},
+            hexColour(0x3a2b86),
+            kMagenta,
+            hexColour(0xa63f9a),
+            480,
+            0.72f,
+            0.62f,
+            1.2f},
+        Row{67,
+            760,
+            200,
+            34,
+            76,
+            {6, 10, 0.55f, 0.45f, 0.30f},
+            hexColour(0x231d64),
+            kMagenta,
+            hexColour(0x8e3596),
+            520,
+            0.55f,
+            0.80f,
+            1.2f},
+    };
     Layer layer(kWidth, kHeight);
-    constexpr std::array kRows{std::array{660.0f, 230.0f, 26.0f, 58.0f},
-                               std::array{760.0f, 200.0f, 34.0f, 76.0f}};
-    constexpr std::array kFronts{hexColour(0x3a2b86), hexColour(0x231d64)};
-    for (size_t row = 0; row < kRows.size(); ++row) {
-        const auto [top, swing, minWidth, maxWidth] = kRows[row];
-        const auto towers =
-            rowOfTowers(60 + static_cast<uint32_t>(row) * 7, top, swing, minWidth, maxWidth);
-        const auto scale = static_cast<float>(row + 1);
-        const Windows windows{4 + scale, 6 + 2 * scale, 0.55f, 0.45f, 0.30f};
-        layer.draw([&](cairo_t* cairo) {
-            for (const Tower& tower : towers) {
-                drawTower(cairo, tower, kFronts[row], kMagenta);
-                drawWindows(cairo, tower, windows);
-            }
-        });
-        const float haze = row == 0 ? 0.78f : 0.55f;
-        layer.tint([](int, int) { return hexColour(0xa63f9a); },
-                   [&](int, int y) { return haze * smoothstep(480, 1080, static_cast<float>(y)); });
-        beacons(layer, towers, 1.2f);
-    }
+    for (const Row& row : kRows) paintRow(layer, row, towersOf(row));
     return layer;
 }
 
 namespace {
 
 struct Sign {
-    float x, y, height;  // pixels, of the letters
+    float x;       // pixels; it moves to the nearest house
+    float height;  // of its letters, pixels
     const char* text;
     Colour colour;
     bool upright;  // letters one below the other
 };
 
 constexpr std::array kSigns{
-    Sign{236, 560, 34, "SYNTH", kCyan, true},    Sign{1608, 520, 38, "ARCADE", kMagenta, true},
-    Sign{1040, 742, 44, "VORN", kOrange, false}, Sign{640, 690, 30, "NODES", kPink, true},
-    Sign{1335, 770, 30, "230 S", kCyan, false},
+    Sign{250, 30, "SYNTH", kCyan, true},    Sign{1640, 25, "ARCADE", kMagenta, true},
+    Sign{1030, 46, "VORN", kOrange, false}, Sign{640, 28, "NODES", kPink, true},
+    Sign{1390, 30, "230 S", kCyan, false},
 };
 
-void addSign(cairo_t* cairo, const Sign& sign, const LetterStyle& style) {
+struct Place {
+    double x, y;
+};
+
+void addSign(cairo_t* cairo, const Sign& sign, Place place, const LetterStyle& style) {
     if (!sign.upright) {
-        addText(cairo, sign.text, sign.x - textWidth(sign.text, style) / 2, sign.y, style);
+        addText(cairo, sign.text, place.x - textWidth(sign.text, style) / 2, place.y, style);
         return;
     }
-    double y = sign.y;
     for (const char* letter = sign.text; *letter != '\0'; ++letter) {
         const std::string_view one(letter, 1);
-        addText(cairo, one, sign.x - textWidth(one, style) / 2, y, style);
-        y += sign.height * 1.5;
+        addText(cairo, one, place.x - textWidth(one, style) / 2, place.y, style);
+        place.y += sign.height * 1.5;
     }
 }
 
-void paintSign(Layer& layer, const Sign& sign) {
+const Tower& nearestTower(const std::vector<Tower>& towers, float x) {
+    return *std::min_element(towers.begin(), towers.end(), [x](const Tower& a, const Tower& b) {
+        return std::fabs(a.x + a.width / 2 - x) < std::fabs(b.x + b.width / 2 - x);
+    });
+}
+
+// Stands on the roof of its house, on two posts.
+void paintSign(Layer& layer, const Sign& sign, const Tower& tower) {
     const LetterStyle style{.height = sign.height, .stroke = sign.height * 0.13, .tracking = 0.2};
     const double letters = static_cast<double>(std::string_view(sign.text).size());
     const double width =
         sign.upright ? sign.height * 1.5 : textWidth(sign.text, style) + sign.height;
     const double height = sign.height * (sign.upright ? letters * 1.5 + 0.4 : 1.9);
-    const double left = sign.x - width / 2, top = sign.y - sign.height * 0.45;
+    const Place place{tower.x + tower.width / 2, tower.top - 26 - height + sign.height * 0.45};
+    const double left = place.x - width / 2, top = place.y - sign.height * 0.45;
     layer.draw([&](cairo_t* cairo) {
         setColour(cairo, hexColour(0x080718));
         box(cairo, left, top, width, height);
+        for (const double share : {0.2, 0.8})
+            box(cairo, left + width * share - 2, top, 4, height + 26);
     });
     const Mask frame = Mask::drawn(kWidth, kHeight, [&](cairo_t* cairo) {
         cairo_set_line_width(cairo, 2);
         cairo_rectangle(cairo, left + 3, top + 3, width - 6, height - 6);
         cairo_stroke(cairo);
-        addSign(cairo, sign, style);
+        addSign(cairo, sign, place, style);
         cairo_set_line_width(cairo, style.stroke);
         cairo_set_line_cap(cairo, CAIRO_LINE_CAP_ROUND);
         cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
@@ -224,36 +281,42 @@ void paintSign(Layer& layer, const Sign& sign) {
 }  // namespace
 
 Layer paintCityNear() {
+    constexpr Row kBack{210,
+                        740,
+                        300,
+                        80,
+                        150,
+                        {12, 17, 0.52f, 0.50f, 0.28f},
+                        hexColour(0x15133f),
+                        kViolet,
+                        hexColour(0x5c2288),
+                        700,
+                        0.50f,
+                        0.92f,
+                        2};
+    constexpr Row kFront{241,
+                         880,
+                         260,
+                         130,
+                         230,
+                         {19, 26, 0.52f, 0.50f, 0.26f},
+                         hexColour(0x0a0a24),
+                         kViolet,
+                         hexColour(0x3c1a70),
+                         760,
+                         0.40f,
+                         1,
+                         2};
     Layer layer(kWidth, kHeight);
-    constexpr std::array kRows{std::array{740.0f, 300.0f, 80.0f, 150.0f},
-                               std::array{880.0f, 260.0f, 130.0f, 230.0f}};
-    constexpr std::array kFronts{hexColour(0x15133f), hexColour(0x0a0a24)};
-    for (size_t row = 0; row < kRows.size(); ++row) {
-        const auto [top, swing, minWidth, maxWidth] = kRows[row];
-        const auto towers =
-            rowOfTowers(210 + static_cast<uint32_t>(row) * 31, top, swing, minWidth, maxWidth);
-        const auto scale = static_cast<float>(row);
-        const Windows windows{12 + 7 * scale, 17 + 9 * scale, 0.52f, 0.50f, 0.26f};
-        layer.draw([&](cairo_t* cairo) {
-            for (const Tower& tower : towers) {
-                drawTower(cairo, tower, kFronts[row], kViolet);
-                drawWindows(cairo, tower, windows);
-            }
-        });
-        addShine(
-            layer,
-            [&](cairo_t* cairo) {
-                for (const Tower& tower : towers) drawWindows(cairo, tower, windows);
-            },
-            9, kOrange, 0.30f);
-        layer.tint([](int, int) { return hexColour(0x5c2288); },
-                   [&](int, int y) {
-                       return (row == 0 ? 0.55f : 0.25f) *
-                              smoothstep(700, 1080, static_cast<float>(y));
-                   });
-        beacons(layer, towers, 2.0f);
+    const std::vector<Tower> back = towersOf(kBack), front = towersOf(kFront);
+    paintRow(layer, kBack, back);
+    for (const Sign& sign : kSigns) {
+        if (sign.upright) paintSign(layer, sign, nearestTower(back, sign.x));
     }
-    for (const Sign& sign : kSigns) paintSign(layer, sign);
+    paintRow(layer, kFront, front);
+    for (const Sign& sign : kSigns) {
+        if (!sign.upright) paintSign(layer, sign, nearestTower(front, sign.x));
+    }
     return layer;
 }
 

@@ -21,6 +21,10 @@ constexpr Colour operator+(Colour a, Colour b) {
 constexpr Colour operator*(Colour a, float gain) {
     return {a.r * gain, a.g * gain, a.b * gain};
 }
+// Exact at both ends, without the branches of std::lerp.
+constexpr float mix(float a, float b, float share) {
+    return a * (1 - share) + b * share;
+}
 constexpr Colour mix(Colour a, Colour b, float share) {
     return a * (1 - share) + b * share;
 }

@@ -28,20 +28,23 @@ float crestHeight(const Ridge& ridge, float x) {
     return ridge.baseline - ridge.rise * (broad - 0.5f) - ridge.rise * 0.4f * swell;
 }
 
-Mask ridgeMask(const std::vector<float>& crest) {
+using Crest = std::vector<float>;  // a height in the picture for each column
+
+// What lies below `crest` and not behind the nearer one.
+Mask ridgeMask(const Crest& crest, const Crest& nearer) {
     Mask mask(kWidth, kHeight);
-    for (int x = 0; x < kWidth; ++x) {
-        for (int y = 0; y < kHeight; ++y) {
-            mask.at(x, y) = std::clamp(static_cast<float>(y) + 1 - crest[x], 0.0f, 1.0f);
+    for (int y = 0; y < kHeight; ++y) {
+        const auto height = static_cast<float>(y);
+        for (int x = 0; x < kWidth; ++x) {
+            if (height > nearer[x] + 1) continue;
+            mask.at(x, y) = std::clamp(height + 1 - crest[x], 0.0f, 1.0f);
         }
     }
     return mask;
 }
 
-void paintRidge(Layer& layer, const Ridge& ridge) {
-    std::vector<float> crest(kWidth);
-    for (int x = 0; x < kWidth; ++x) crest[x] = crestHeight(ridge, static_cast<float>(x));
-    layer.cover(ridgeMask(crest), [&](int x, int y) {
+void paintRidge(Layer& layer, const Ridge& ridge, const Crest& crest, const Crest& nearer) {
+    layer.cover(ridgeMask(crest, nearer), [&](int x, int y) {
         const auto px = static_cast<float>(x), py = static_cast<float>(y);
         const float depth = py - crest[x];
         // Ribs run down from the crest and lean apart; the side towards the sun is lit.
@@ -63,7 +66,15 @@ void paintRidge(Layer& layer, const Ridge& ridge) {
 
 Layer paintMountains() {
     Layer layer(kWidth, kHeight);
-    for (const Ridge& ridge : kRidges) paintRidge(layer, ridge);
+    std::vector<Crest> crests(kRidges.size() + 1, Crest(kWidth, kHeight));
+    for (size_t i = 0; i < kRidges.size(); ++i) {
+        for (int x = 0; x < kWidth; ++x)
+            crests[i][x] = crestHeight(kRidges[i], static_cast<float>(x));
+    }
+    // From the back; a ridge may dip below the crest of one before it, which then hides it.
+    for (size_t i = 0; i < kRidges.size(); ++i) {
+        paintRidge(layer, kRidges[i], crests[i], crests[i + 1]);
+    }
     // The foot sinks into the night, so that a city can stand before it.
     layer.tint([](int, int) { return kNight; },
                [](int, int y) { return 0.85f * smoothstep(900, 1080, static_cast<float>(y)); });
@@ -82,7 +93,7 @@ struct Wood {
 constexpr std::array kWoods{
     Wood{150, 850, 190, 40, 3, hexColour(0x3b2f86), hexColour(0x7a3f9e)},
     Wood{95, 950, 290, 34, 7, hexColour(0x1d1a56), hexColour(0x4a2a80)},
-    Wood{44, 1060, 470, 30, 15, hexColour(0x070820), hexColour(0x0d0c2c)},
+    Wood{46, 1012, 430, 22, 15, hexColour(0x070820), hexColour(0x0d0c2c)},
 };
 
 // One side of a spruce, top to foot (side 1) or foot to top (side -1).
@@ -142,7 +153,9 @@ void drawWood(cairo_t* cairo, const Wood& wood) {
         // Taller towards the sides: the middle stays open for what stands behind.
         const float side = std::fabs(x / kWidth - 0.5f) * 2;
         const float tall = wood.tall * (0.45f + 0.62f * side * side) * random.range(0.7f, 1.28f);
-        addSpruce(cairo, random, x, ground(x) + 8, tall);
+        // The front row leaves gaps in the middle, through which the mist behind it shows.
+        const bool gap = random.chance(wood.trees < 60 ? 0.7f * (1 - side) : 0.0f);
+        if (!gap) addSpruce(cairo, random, x, ground(x) + tall * 0.06f + 6, tall);
     }
 }
 

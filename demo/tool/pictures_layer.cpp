@@ -122,21 +122,21 @@ Mask Mask::enlarged(int factor, Edge edge) const {
             const float columnFloor = std::floor(u);
             const int x0 = index(static_cast<int>(columnFloor), width);
             const int x1 = index(static_cast<int>(columnFloor) + 1, width);
-            const float top = std::lerp(at(x0, y0), at(x1, y0), u - columnFloor);
-            const float bottom = std::lerp(at(x0, y1), at(x1, y1), u - columnFloor);
-            large.at(x, y) = std::lerp(top, bottom, v - rowFloor);
+            const float top = mix(at(x0, y0), at(x1, y0), u - columnFloor);
+            const float bottom = mix(at(x0, y1), at(x1, y1), u - columnFloor);
+            large.at(x, y) = mix(top, bottom, v - rowFloor);
         }
     }
     return large;
 }
 
 Mask Mask::blurred(float sigma, Edge edge) const {
-    constexpr int kShrink = 4;
-    // A wide blur leaves nothing fine, so that a sixteenth of the pixels will do.
-    if (sigma >= 10 && width % kShrink == 0 && height % kShrink == 0) {
-        Mask small = shrunk(kShrink);
-        blurInPlace(small, sigma / kShrink, edge);
-        return small.enlarged(kShrink, edge);
+    // A wide blur leaves nothing fine, so that a part of the pixels will do.
+    const int factor = sigma >= 10 ? 4 : sigma >= 4.5f ? 2 : 1;
+    if (factor > 1 && width % factor == 0 && height % factor == 0) {
+        Mask small = shrunk(factor);
+        blurInPlace(small, sigma / static_cast<float>(factor), edge);
+        return small.enlarged(factor, edge);
     }
     Mask result = *this;
     blurInPlace(result, sigma, edge);
@@ -148,10 +148,10 @@ void Layer::cover(const Mask& mask, Colour colour, float opacity) {
     float* out = values.data();
     for (size_t i = 0; i < mask.values.size(); ++i, out += 4) {
         const float share = std::clamp(coverage[i] * opacity, 0.0f, 1.0f);
-        out[0] = std::lerp(out[0], colour.r, share);
-        out[1] = std::lerp(out[1], colour.g, share);
-        out[2] = std::lerp(out[2], colour.b, share);
-        out[3] = std::lerp(out[3], 1.0f, share);
+        out[0] = mix(out[0], colour.r, share);
+        out[1] = mix(out[1], colour.g, share);
+        out[2] = mix(out[2], colour.b, share);
+        out[3] = mix(out[3], 1.0f, share);
     }
 }
 
@@ -163,7 +163,7 @@ void Layer::light(const Mask& mask, Colour colour, float gain) {
         out[0] += colour.r * amount;
         out[1] += colour.g * amount;
         out[2] += colour.b * amount;
-        out[3] = std::lerp(out[3], 1.0f, std::min(1.0f, amount));
+        out[3] = mix(out[3], 1.0f, std::min(1.0f, amount));
     }
 }
 
@@ -212,7 +212,7 @@ void Layer::spot(float x, float y, float sigma, Colour colour, float gain) {
             out[0] += colour.r * amount;
             out[1] += colour.g * amount;
             out[2] += colour.b * amount;
-            out[3] = std::lerp(out[3], 1.0f, std::min(1.0f, amount));
+            out[3] = mix(out[3], 1.0f, std::min(1.0f, amount));
         }
     }
 }

@@ -32,12 +32,14 @@ class Mask {
     // Near to a Gaussian blur of `sigma` pixels: three box blurs, whose cost does not grow with it.
     Mask blurred(float sigma, Edge edge = Edge::Empty) const;
 
+    // Every pixel `factor` times as wide and high, with even steps between them.
+    Mask enlarged(int factor, Edge edge) const;
+
     int width, height;
     std::vector<float> values;
 
   private:
     Mask shrunk(int factor) const;
-    Mask enlarged(int factor, Edge edge) const;
 };
 
 class Layer {
@@ -101,10 +103,10 @@ void Layer::cover(const Mask& mask, ColourAt colourAt) {
             const float share = std::clamp(*coverage, 0.0f, 1.0f);
             if (share <= 0) continue;
             const Colour colour = colourAt(x, y);
-            out[0] = std::lerp(out[0], colour.r, share);
-            out[1] = std::lerp(out[1], colour.g, share);
-            out[2] = std::lerp(out[2], colour.b, share);
-            out[3] = std::lerp(out[3], 1.0f, share);
+            out[0] = mix(out[0], colour.r, share);
+            out[1] = mix(out[1], colour.g, share);
+            out[2] = mix(out[2], colour.b, share);
+            out[3] = mix(out[3], 1.0f, share);
         }
     }
 }
@@ -117,9 +119,9 @@ void Layer::tint(ColourAt colourAt, ShareAt shareAt) {
             if (out[3] <= 0) continue;
             const Colour colour = colourAt(x, y) * out[3];
             const float share = shareAt(x, y);
-            out[0] = std::lerp(out[0], colour.r, share);
-            out[1] = std::lerp(out[1], colour.g, share);
-            out[2] = std::lerp(out[2], colour.b, share);
+            out[0] = mix(out[0], colour.r, share);
+            out[1] = mix(out[1], colour.g, share);
+            out[2] = mix(out[2], colour.b, share);
         }
     }
 }

@@ -21,8 +21,9 @@ Sphere onSphere(int column, int row) {
 // Height over distance from the middle, 1 at the rim: a bowl with a flat floor, a rim, a falling
 // skirt.
 float craterProfile(float distance) {
-    if (distance < 1) return std::max(-0.75f, 1.9f * distance * distance - 1.5f);
-    return 0.4f * std::exp(-(distance - 1) * 5.5f);
+    constexpr float kRim = 0.34f;
+    if (distance < 1) return std::max(-0.55f, kRim - 1.5f * (1 - std::pow(distance, 2.4f)));
+    return kRim * std::exp(-(distance - 1) * 4.0f);
 }
 
 void digCrater(Mask& relief, Mask& rays, Random& random, float angularRadius) {
@@ -38,10 +39,20 @@ void digCrater(Mask& relief, Mask& rays, Random& random, float angularRadius) {
         for (int x = limit(middleX - reach); x < limit(middleX + reach); ++x) {
             const Sphere here = onSphere(x, y);
             const float dx = here.x - middle.x, dy = here.y - middle.y, dz = here.z - middle.z;
-            const float distance = std::sqrt(dx * dx + dy * dy + dz * dz) / angularRadius;
-            if (distance < 2.2f) relief.at(x, y) += craterProfile(distance) * angularRadius * 0.55f;
-            if (!fresh || distance > 7) continue;
-            const float spoke = gradientNoise(std::atan2(dy, dx) * 4.5f, 0.5f, raySeed);
+            const float round = std::sqrt(dx * dx + dy * dy + dz * dz) / angularRadius;
+            if (round > 7.5f) continue;
+            const float bearing = std::atan2(dy, dx);
+            const float uneven =
+                gradientNoise(std::cos(bearing) * 1.6f + 9, std::sin(bearing) * 1.6f, raySeed);
+            const float distance = round * (1 + 0.08f * uneven);
+            if (distance < 2.2f) {
+                // A new crater wipes out what was in it.
+                const float kept = smoothstep(0.75f, 1.15f, distance);
+                relief.at(x, y) = relief.at(x, y) * (0.25f + 0.75f * kept) +
+                                  craterProfile(distance) * angularRadius * 0.30f;
+            }
+            if (!fresh || distance > 7 || distance < 1) continue;
+            const float spoke = gradientNoise(bearing * 4.5f, 0.5f, raySeed);
             rays.at(x, y) += std::max(0.0f, spoke + 0.2f) * std::pow(1 - distance / 7, 2.0f) * 0.5f;
         }
     }
@@ -55,12 +66,15 @@ Layer paintMoon() {
         for (int x = 0; x < kSize; ++x) {
             const Sphere p = onSphere(x, y);
             const float spread = 1 / (0.55f + 0.45f * p.z);
-            relief.at(x, y) = 0.006f * fractalNoise(p.x * spread * 14, p.y * spread * 14, 5, 5);
+            relief.at(x, y) = 0.0045f * fractalNoise(p.x * spread * 11, p.y * spread * 11, 5, 5);
         }
     }
     Random random(1234);
-    for (int i = 0; i < 420; ++i) {
-        digCrater(relief, rays, random, 0.008f + 0.105f * std::pow(random.unit(), 7.0f));
+    // The oldest are the largest, and lie below the others.
+    constexpr int kCraters = 620;
+    for (int i = 0; i < kCraters; ++i) {
+        const float size = 1 - static_cast<float>(i) / kCraters;
+        digCrater(relief, rays, random, 0.007f + 0.10f * std::pow(size, 9.0f));
     }
     Mask disc(kSize, kSize), halo(kSize, kSize);
     for (int y = 0; y < kSize; ++y) {
@@ -89,10 +103,11 @@ Layer paintMoon() {
                        fractalNoise(p.x * spread * 1.7f + 4.1f, p.y * spread * 1.7f + 2.3f, 5, 17));
         const float grain = 1 + 0.16f * fractalNoise(p.x * spread * 30, p.y * spread * 30, 4, 29);
         const float albedo = (1 - 0.48f * seas) * grain + 0.55f * std::min(0.6f, rays.at(x, y));
-        const float shade = std::max(0.0f, lit * 1.12f);
+        const float shade = std::max(0.0f, lit * 1.0f);
         const Colour stone = mix(hexColour(0xfff0dc), hexColour(0xb9b2e6), seas);
         const Colour dark = mix(hexColour(0x14143c), hexColour(0x2a2468), 1 - p.z);
-        return stone * (albedo * std::pow(shade, 0.85f)) + dark * (0.75f * (1 - shade * 0.7f));
+        return stone * (0.93f * albedo * std::pow(shade, 0.85f)) +
+               dark * (0.75f * (1 - shade * 0.7f));
     });
     return layer;
 }

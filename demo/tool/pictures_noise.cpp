@@ -2,9 +2,17 @@
 
 #include <cmath>
 
+#include "pictures_colour.h"
+
 namespace pictures {
 
 namespace {
+
+// Without SSE4.1, which not every build may use, std::floor is a slow call.
+int floored(float value) {
+    const int cut = static_cast<int>(value);
+    return static_cast<float>(cut) > value ? cut - 1 : cut;
+}
 
 int wrapped(int cell, int period) {
     if (period == 0) return cell;
@@ -53,17 +61,16 @@ int Random::below(int count) {
 }
 
 float gradientNoise(float x, float y, uint32_t seed, Period period) {
-    const float floorX = std::floor(x), floorY = std::floor(y);
-    const float dx = x - floorX, dy = y - floorY;
-    const int x0 = wrapped(static_cast<int>(floorX), period.x);
-    const int y0 = wrapped(static_cast<int>(floorY), period.y);
+    const int cellX = floored(x), cellY = floored(y);
+    const float dx = x - static_cast<float>(cellX), dy = y - static_cast<float>(cellY);
+    const int x0 = wrapped(cellX, period.x), y0 = wrapped(cellY, period.y);
     const int x1 = wrapped(x0 + 1, period.x), y1 = wrapped(y0 + 1, period.y);
     const float u = fade(dx), v = fade(dy);
-    const float top = std::lerp(slope(hashPoint(x0, y0, seed), dx, dy),
-                                slope(hashPoint(x1, y0, seed), dx - 1, dy), u);
-    const float bottom = std::lerp(slope(hashPoint(x0, y1, seed), dx, dy - 1),
-                                   slope(hashPoint(x1, y1, seed), dx - 1, dy - 1), u);
-    return std::lerp(top, bottom, v) * 1.4f;
+    const float top =
+        mix(slope(hashPoint(x0, y0, seed), dx, dy), slope(hashPoint(x1, y0, seed), dx - 1, dy), u);
+    const float bottom = mix(slope(hashPoint(x0, y1, seed), dx, dy - 1),
+                             slope(hashPoint(x1, y1, seed), dx - 1, dy - 1), u);
+    return mix(top, bottom, v) * 1.4f;
 }
 
 float fractalNoise(float x, float y, int octaves, uint32_t seed, Period period) {

@@ -13,11 +13,13 @@ namespace {
 
 constexpr int kCompressionLevel = 3;
 
-// Bends light that goes past white softly into it, so that glows do not end in flat patches.
-float shoulder(float value) {
-    constexpr float kKnee = 0.8f;
-    if (value <= kKnee) return std::max(0.0f, value);
-    return kKnee + (1 - kKnee) * (1 - std::exp((kKnee - value) / (1 - kKnee)));
+// Light past full in one channel spills into the others, so that glows end in white, not in a flat
+// hue.
+Colour spilled(Colour light) {
+    constexpr float kSpill = 0.4f;
+    const auto excess = [](float value) { return std::max(0.0f, value - 1); };
+    const float spill = kSpill * (excess(light.r) + excess(light.g) + excess(light.b));
+    return {light.r + spill, light.g + spill, light.b + spill};
 }
 
 // `threshold` below 1: exact levels stay as they are, all others take the level above as often as
@@ -48,13 +50,13 @@ std::vector<unsigned char> levels(const Layer& layer, PngColour colour) {
             const float scale = straight && in[3] > 0 ? 1 / in[3] : 1;
             const bool empty = straight && in[3] < 1.0f / 1024;
             const Colour paint =
-                empty ? clear : Colour{in[0] * scale, in[1] * scale, in[2] * scale};
+                spilled(empty ? clear : Colour{in[0] * scale, in[1] * scale, in[2] * scale});
             const auto threshold = [hash](int shift) {
-                return static_cast<float>(hash >> shift & 255) / 256.0f;
+                return (static_cast<float>(hash >> shift & 255) + 0.5f) / 256.0f;
             };
-            bytes.push_back(level(shoulder(paint.r), threshold(0)));
-            bytes.push_back(level(shoulder(paint.g), threshold(8)));
-            bytes.push_back(level(shoulder(paint.b), threshold(16)));
+            bytes.push_back(level(paint.r, threshold(0)));
+            bytes.push_back(level(paint.g, threshold(8)));
+            bytes.push_back(level(paint.b, threshold(16)));
             if (straight) bytes.push_back(empty ? 0 : level(in[3], threshold(24)));
         }
     }

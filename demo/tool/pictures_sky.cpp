@@ -24,25 +24,36 @@ constexpr std::array kNightStops{
     Stop{1.00f, hexColour(0xffc070)},
 };
 
-// Veils of gas: bright where warped noise is high. 0 to 1.
-float nebula(float u, float v, uint32_t seed) {
-    const float warp = fractalNoise(u * 2, v * 2, 3, seed);
-    return smoothstep(-0.1f, 0.75f, fractalNoise(u * 3 + warp, v * 3 - warp, 6, seed + 40));
+// Veils of gas, 0 to 1: bright where warped noise is high. Painted at half size, since they are
+// soft.
+Mask nebula(uint32_t seed) {
+    constexpr int kShrink = 2;
+    Mask gas(kWidth / kShrink, kHeight / kShrink);
+    for (int y = 0; y < gas.height; ++y) {
+        for (int x = 0; x < gas.width; ++x) {
+            const float u = unitX(x * kShrink) * 16 / 9, v = unitY(y * kShrink);
+            const float warp = fractalNoise(u * 2, v * 2, 3, seed);
+            gas.at(x, y) =
+                smoothstep(-0.1f, 0.75f, fractalNoise(u * 3 + warp, v * 3 - warp, 5, seed + 40));
+        }
+    }
+    return gas.enlarged(kShrink, Edge::Empty);
 }
 
 }  // namespace
 
 Layer paintSkyNight() {
+    const Mask blueGas = nebula(11), roseGas = nebula(23);
     Layer layer(kWidth, kHeight);
-    layer.fill([](int x, int y) {
+    layer.fill([&](int x, int y) {
         const float u = unitX(x) * 16 / 9, v = unitY(y);
         const float arch = (unitX(x) - 0.5f) * (unitX(x) - 0.5f) * 0.30f;
         Colour colour = gradient(kNightStops, v - arch);
         const float high = 1 - smoothstep(0.30f, 0.75f, v);
         const float band = std::exp(-std::pow((v - 0.42f + (u - 0.9f) * 0.35f) * 4.5f, 2.0f));
-        const float gas = nebula(u, v, 11);
-        colour = colour + hexColour(0x3a46d8) * (gas * (0.10f + 0.42f * band) * high);
-        colour = colour + hexColour(0xb02c9c) * (nebula(u + 5, v, 23) * band * high * 0.36f);
+
+        colour = colour + hexColour(0x3a46d8) * (blueGas.at(x, y) * (0.10f + 0.42f * band) * high);
+        colour = colour + hexColour(0xb02c9c) * (roseGas.at(x, y) * band * high * 0.36f);
         return colour;
     });
     Random random(7);
@@ -52,19 +63,20 @@ Layer paintSkyNight() {
 }
 
 Layer paintStars() {
+    const Mask blueGas = nebula(51), roseGas = nebula(61);
     Layer layer(kWidth, kHeight);
-    layer.fill([](int x, int y) {
+    layer.fill([&](int x, int y) {
         const float u = unitX(x) * 16 / 9, v = unitY(y);
         const float across =
             (v - 0.5f) + (u - 0.9f) * 0.42f + 0.10f * fractalNoise(u * 2, v * 2, 3, 3);
         const float band = std::exp(-across * across * 26);
-        const float dust = smoothstep(0.05f, 0.5f, fractalNoise(u * 4, v * 6, 6, 71)) *
+        const float dust = smoothstep(0.05f, 0.5f, fractalNoise(u * 4, v * 6, 5, 71)) *
                            std::exp(-across * across * 120);
-        const float gas = nebula(u, v, 51), rose = nebula(u + 3, v + 7, 61);
+        const float gas = blueGas.at(x, y), rose = roseGas.at(x, y);
         Colour colour = mix(kInk, kNight, 0.5f + 0.5f * gas);
-        colour = colour + hexColour(0x3a3fb8) * (band * (0.22f + 0.42f * gas));
-        colour = colour + hexColour(0xc2418f) * (band * rose * 0.34f);
-        colour = colour + kGold * (band * band * gas * 0.16f);
+        colour = colour + hexColour(0x3a3fb8) * (band * (0.26f + 0.62f * gas));
+        colour = colour + hexColour(0xc2418f) * (band * rose * 0.52f);
+        colour = colour + kGold * (band * band * gas * 0.30f);
         return colour * (1 - 0.7f * dust);
     });
     Random random(19);
@@ -107,8 +119,8 @@ float sunStripes(float distance) {
 Colour duskSky(float x, float y) {
     const float away = std::hypot(x - kSunX, y - kSunY);
     Colour colour = gradient(kDuskStops, y / kHeight - std::fabs(x - kSunX) / kWidth * 0.10f);
-    colour = colour + kMagenta * (0.42f * std::exp(-std::max(0.0f, away - kSunRadius) / 150));
-    colour = colour + kOrange * (0.30f * std::exp(-std::max(0.0f, away - kSunRadius) / 46));
+    colour = colour + kMagenta * (0.42f * std::exp(-std::fabs(away - kSunRadius) / 150));
+    colour = colour + kOrange * (0.30f * std::exp(-std::fabs(away - kSunRadius) / 46));
     const float inside = 1 - smoothstep(kSunRadius - 1, kSunRadius + 1, away);
     const float distance = y - (kSunY - kSunRadius);
     return mix(colour, gradient(kSunStops, distance / (2 * kSunRadius)),
@@ -119,17 +131,19 @@ Colour duskSky(float x, float y) {
 float gridLine(float place, float footprint) {
     const float away = std::fabs(place - std::round(place));
     const float core = std::max(0.016f, footprint * 0.8f);
-    const float fadeFar = std::min(1.0f, 0.25f / footprint);
-    return (std::exp(-away * away / (core * core)) * std::min(1.0f, 0.016f / core + 0.25f) +
-            0.16f * std::exp(-away / 0.085f)) *
-           fadeFar;
+    constexpr float kMean = 0.055f;  // what lines that are finer than pixels look like
+    const float sharp =
+        std::exp(-away * away / (core * core)) * std::min(1.0f, 0.016f / core + 0.25f) +
+        0.16f * std::exp(-away / 0.085f);
+    return mix(sharp, kMean, smoothstep(0.12f, 0.55f, footprint));
 }
 
 Colour neonFloor(float x, float y) {
     const float drop = (y - kHorizon) / (kHeight - kHorizon);
     const float depth = 1 / std::max(0.002f, drop);
     const float across = (x - kSunX) / 165 * depth * 0.62f;
-    const float lines = gridLine(across + 0.5f, depth * 0.62f / 165) +
+    const float lines = gridLine(across + 0.5f, std::hypot(depth * 0.62f / 165,
+                                                           across * depth / (kHeight - kHorizon))) +
                         gridLine(depth * 2.2f, depth * depth * 2.2f / (kHeight - kHorizon));
     const float nearSun = std::exp(-std::pow((x - kSunX) / 330, 2.0f));
     Colour colour = mix(hexColour(0x2a0f58), hexColour(0x070518), smoothstep(0, 0.7f, drop));
@@ -163,7 +177,7 @@ Layer paintSunGrid() {
             const float side = std::fabs(place - kSunX) / (kWidth * 0.5f);
             const float rise = smoothstep(0.36f, 1.0f, side) * 150;
             const float jag = 0.45f + ridgedNoise(place / 210, 3.3f, 4, 5);
-            cairo_line_to(cairo, place, kHorizon - 2 - rise * jag);
+            cairo_line_to(cairo, place, kHorizon - rise * jag);
         }
         cairo_line_to(cairo, kWidth, kHorizon);
         cairo_fill_preserve(cairo);
@@ -185,8 +199,8 @@ Layer paintClouds() {
             const float billow = fractalNoise(u + warp, v + warp, 6, 91, {kCells, 0});
             const float height = unitY(y);
             const float belt =
-                smoothstep(0.05f, 0.45f, height) * (1 - smoothstep(0.62f, 0.93f, height));
-            density.at(x, y) = billow * 0.9f + belt * 0.62f - 0.42f;
+                smoothstep(0.02f, 0.42f, height) * (1 - smoothstep(0.60f, 0.97f, height));
+            density.at(x, y) = billow * 0.9f + belt * 0.74f - 0.44f;
         }
     }
     Mask cover(kWidth, kHeight);

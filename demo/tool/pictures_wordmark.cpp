@@ -20,8 +20,8 @@ constexpr Point kN[] = {{0, 1},   {0, 0},   {.28, 0}, {.70, .60}, {.70, 0},
                         {.96, 0}, {.96, 1}, {.68, 1}, {.26, .40}, {.26, 1}};
 
 constexpr double kOvershoot = 0.04;  // a round letter of true height would look small
-constexpr double kRingRadius = 0.5 + kOvershoot, kRingHole = 0.345, kSunRadius = 0.262;
-constexpr double kStartO = 1.04 + 0.02, kStartR = kStartO + 2 * kRingRadius + 0.17;
+constexpr double kRingRadius = 0.5 + kOvershoot, kRingHole = 0.315, kSunRadius = 0.228;
+constexpr double kStartO = 1.04 + 0.02, kStartR = kStartO + 2 * kRingRadius + 0.12;
 constexpr double kStartN = kStartR + 0.96 + 0.14, kMarkWidth = kStartN + 0.96;
 
 // Maps a point of the mark's own box into the picture.
@@ -65,7 +65,7 @@ Mask markMask(const Layer& layer, const MarkBox& box, double grow) {
         // A stroke in clear paint eats the rim away, one in solid paint lets it grow.
         if (grow < 0) cairo_set_operator(cairo, CAIRO_OPERATOR_CLEAR);
         cairo_set_line_width(cairo, 2 * std::fabs(grow));
-        cairo_set_miter_limit(cairo, 3);
+        cairo_set_miter_limit(cairo, 8);
         if (grow == 0) cairo_new_path(cairo);
         cairo_stroke(cairo);
     });
@@ -110,7 +110,8 @@ void paintWordMark(Layer& layer, const MarkPlace& place) {
     for (size_t i = 0; i < rim.values.size(); ++i) rim.values[i] -= inner.values[i];
 
     layer.light(whole.blurred(scale * 0.30f), kViolet, 0.85f);
-    layer.light(whole.blurred(scale * 0.10f), kMagenta, 0.42f);
+    layer.light(whole.blurred(scale * 0.10f), kMagenta, 0.34f);
+
     layer.cover(whole, kInk);
     layer.cover(
         face, [&](int, int y) { return gradient(kChrome, (static_cast<float>(y) - top) / scale); });

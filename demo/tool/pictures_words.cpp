@@ -40,14 +40,14 @@ Layer paintWordLight() {
     const Mask letters = wordMask("LIGHT");
     // Rays: the letters drawn again and again, larger and fainter, from a lamp above the middle.
     Mask rays(kWidth, kHeight);
-    constexpr int kSteps = 44;
+    constexpr int kSteps = 48;
     const Mask soft = letters.blurred(3);
     for (int y = 0; y < kHeight; ++y) {
         for (int x = 0; x < kWidth; ++x) {
             float sum = 0;
             for (int step = 0; step < kSteps; ++step) {
                 const float share = static_cast<float>(step) / kSteps;
-                const float scale = 1 - 0.42f * share;
+                const float scale = 1 - 0.62f * share;
                 const int fromX = static_cast<int>(960 + (static_cast<float>(x) - 960) * scale);
                 const int fromY = static_cast<int>(540 + (static_cast<float>(y) - 540) * scale);
                 sum += soft.at(fromX, fromY) * (1 - share) * (1 - share);
@@ -55,7 +55,7 @@ Layer paintWordLight() {
             rays.at(x, y) = sum / kSteps;
         }
     }
-    layer.light(rays, kGold, 1.5f);
+    layer.light(rays, mix(kGold, kOrange, 0.45f), 2.6f);
     paintLetters(layer, letters, kCream, kOrange);
     return layer;
 }
@@ -72,6 +72,7 @@ Layer paintWordMotion() {
             addText(cairo, "MOTION", kMiddleX - textWidth("MOTION", style) / 2, kMiddleY - 105,
                     style);
             cairo_set_line_width(cairo, style.stroke);
+            cairo_set_line_cap(cairo, CAIRO_LINE_CAP_ROUND);
             cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
             cairo_stroke(cairo);
         });
@@ -154,21 +155,24 @@ Layer paintWordGraph() {
         }
     });
     neon(layer, wires, kMist, 5, 0.7f);
-    for (const Box& node : kBoxes) {
-        const auto plate = [&](double grow, bool outline) {
-            return Mask::drawn(kWidth, kHeight, [&](cairo_t* cairo) {
-                cairo_rectangle(cairo, node.x - 84 - grow, node.y - 38 - grow, 168 + 2 * grow,
-                                76 + 2 * grow);
-                cairo_set_line_width(cairo, 4);
-                cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
-                if (!outline) cairo_fill(cairo);
-                if (outline) cairo_stroke(cairo);
-            });
-        };
-        layer.cover(plate(0, false), kNight);
-        Mask rim = plate(0, true);
-        neon(layer, rim, node.colour, 4, 0.5f);
-        layer.draw([&](cairo_t* cairo) {
+    const auto plates = [&](Colour colour, double lineWidth) {
+        return Mask::drawn(kWidth, kHeight, [&](cairo_t* cairo) {
+            for (const Box& node : kBoxes) {
+                if (node.colour.g != colour.g) continue;
+                cairo_rectangle(cairo, node.x - 84, node.y - 38, 168, 76);
+            }
+            cairo_set_line_width(cairo, lineWidth);
+            cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
+            if (lineWidth == 0) cairo_fill(cairo);
+            cairo_stroke(cairo);
+        });
+    };
+    for (const Colour colour : {kCyan, kMagenta, kOrange, kGold}) {
+        layer.cover(plates(colour, 0), kNight);
+        neon(layer, plates(colour, 4), colour, 4, 0.5f);
+    }
+    layer.draw([&](cairo_t* cairo) {
+        for (const Box& node : kBoxes) {
             cairo_set_source_rgb(cairo, node.colour.r, node.colour.g, node.colour.b);
             cairo_rectangle(cairo, node.x - 74, node.y - 28, 148, 14);
             cairo_fill(cairo);
@@ -177,8 +181,8 @@ Layer paintWordGraph() {
                 cairo_rectangle(cairo, node.x - 74, node.y - 2 + row * 17, 100 - 34 * row, 7);
                 cairo_fill(cairo);
             }
-        });
-    }
+        }
+    });
     // The word is read before the wires that pass behind it.
     const Mask letters = wordMask("GRAPH");
     layer.cover(letters.blurred(18), kInk, 1.4f);
@@ -186,23 +190,67 @@ Layer paintWordGraph() {
     return layer;
 }
 
+namespace {
+
+constexpr double kIconX = kMiddleX - 476, kIconY = kMiddleY - 30, kTimelineY = kMiddleY + 250;
+
+void addIcon(cairo_t* cairo, double size) {
+    cairo_move_to(cairo, kIconX - size * 0.5, kIconY - size * 0.87);
+    cairo_line_to(cairo, kIconX + size, kIconY);
+    cairo_line_to(cairo, kIconX - size * 0.5, kIconY + size * 0.87);
+    cairo_close_path(cairo);
+}
+
+// A diamond, as keys are shown on a time line.
+void addKey(cairo_t* cairo, double x, double size) {
+    cairo_move_to(cairo, x - size, kTimelineY);
+    cairo_line_to(cairo, x, kTimelineY - size);
+    cairo_line_to(cairo, x + size, kTimelineY);
+    cairo_line_to(cairo, x, kTimelineY + size);
+    cairo_close_path(cairo);
+}
+
+}  // namespace
+
 Layer paintWordPlay() {
+    constexpr double kLeft = kMiddleX - 620, kRight = kMiddleX + 620, kNow = kMiddleX - 120;
     Layer layer(kWidth, kHeight);
-    const Mask arrow = Mask::drawn(kWidth, kHeight, [](cairo_t* cairo) {
-        cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
-        for (int ring = 0; ring < 3; ++ring) {
-            const double size = 420 - ring * 42;
-            cairo_move_to(cairo, kMiddleX - size * 0.62, kMiddleY - size);
-            cairo_line_to(cairo, kMiddleX + size * 1.12, kMiddleY);
-            cairo_line_to(cairo, kMiddleX - size * 0.62, kMiddleY + size);
-            cairo_close_path(cairo);
-            cairo_set_line_width(cairo, 10 - ring * 3);
-            cairo_stroke(cairo);
-        }
+    const Mask tubes = Mask::drawn(kWidth, kHeight, [](cairo_t* cairo) {
+        cairo_set_line_width(cairo, 9);
+        cairo_set_line_cap(cairo, CAIRO_LINE_CAP_ROUND);
+        cairo_arc(cairo, kIconX, kIconY, 140, 0, 2 * M_PI);
+        cairo_stroke(cairo);
+        cairo_move_to(cairo, kLeft, kTimelineY);
+        cairo_line_to(cairo, kNow, kTimelineY);
+        cairo_stroke(cairo);
+        for (const double x : {kLeft + 130, kLeft + 330}) addKey(cairo, x, 17);
+        cairo_fill(cairo);
+        cairo_arc(cairo, kNow, kTimelineY, 22, 0, 2 * M_PI);
+        cairo_fill(cairo);
     });
-    neon(layer, arrow, kOrange, 9, 0.7f);
-    const Mask letters = wordMask("PLAY");
-    layer.cover(letters.blurred(20), kInk, 1.5f);
+    const Mask ahead = Mask::drawn(kWidth, kHeight, [](cairo_t* cairo) {
+        cairo_set_line_width(cairo, 4);
+        cairo_move_to(cairo, kNow + 22, kTimelineY);
+        cairo_line_to(cairo, kRight, kTimelineY);
+        for (const double x : {kNow + 210, kNow + 300, kNow + 560}) addKey(cairo, x, 15);
+        cairo_stroke(cairo);
+    });
+    neon(layer, ahead, kMist, 4, 0.6f);
+    neon(layer, tubes, kOrange, 9, 0.7f);
+    const Mask icon = Mask::drawn(kWidth, kHeight, [](cairo_t* cairo) {
+        cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
+        cairo_set_line_width(cairo, 24);
+        addIcon(cairo, 68);
+        cairo_fill_preserve(cairo);
+        cairo_stroke(cairo);
+    });
+    layer.light(icon.blurred(20), kMagenta, 0.5f);
+    layer.cover(icon, [](int, int y) {
+        const float down = (static_cast<float>(y) - (static_cast<float>(kIconY) - 90)) / 180;
+        return mix(hexColour(0xffdf8a), kMagenta, smoothstep(0, 1, down));
+    });
+    const Mask letters =
+        textMask(kWidth, kHeight, "PLAY", kMiddleX + 180, kIconY - 115, kWordStyle);
     paintLetters(layer, letters, kGold, kMagenta);
     return layer;
 }
