@@ -163,7 +163,7 @@ void Layer::light(const Mask& mask, Colour colour, float gain) {
         out[0] += colour.r * amount;
         out[1] += colour.g * amount;
         out[2] += colour.b * amount;
-        out[3] = mix(out[3], 1.0f, std::min(1.0f, amount));
+        out[3] = std::min(1.0f, out[3] + amount);
     }
 }
 
@@ -212,7 +212,7 @@ void Layer::spot(float x, float y, float sigma, Colour colour, float gain) {
             out[0] += colour.r * amount;
             out[1] += colour.g * amount;
             out[2] += colour.b * amount;
-            out[3] = mix(out[3], 1.0f, std::min(1.0f, amount));
+            out[3] = std::min(1.0f, out[3] + amount);
         }
     }
 }

@@ -61,7 +61,8 @@ class Layer {
     void cover(const Mask& mask, ColourAt colourAt);
     void cover(const Mask& mask, Colour colour, float opacity = 1);
 
-    // Adds light where the mask is; on a clear picture it also makes the picture opaque by as much.
+    // Adds light where the mask is; a clear picture becomes opaque by as much, so that lights keep
+    // their hue.
     void light(const Mask& mask, Colour colour, float gain);
 
     // Turns the paint that is there towards colourAt(x, y) by shareAt(x, y), keeping its coverage.

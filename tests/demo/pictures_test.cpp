@@ -100,6 +100,14 @@ double largestStep(const Pixels& pixels, Along along) {
     return largest;
 }
 
+double meanOfColumn(const Pixels& pixels, int x) {
+    double sum = 0;
+    for (int y = 0; y < pixels.height; ++y) {
+        for (int channel = 0; channel < 3; ++channel) sum += pixels.at(x, y)[channel];
+    }
+    return sum / (3.0 * pixels.height);
+}
+
 Pixels paint(const std::string& name, const fs::path& folder) {
     std::string error;
     EXPECT_TRUE(PaintPicture(name, folder, error)) << error;
@@ -186,6 +194,17 @@ TEST(DemoPictures, TilesRepeatWithoutASeamBothWays) {
     // The measure tells a seam: columns and rows that do not meet differ by far more.
     EXPECT_GT(meanStep(tiles, Along::X, 100, 130), largestStep(tiles, Along::X));
     EXPECT_GT(meanStep(tiles, Along::Y, 100, 130), largestStep(tiles, Along::Y));
+}
+
+TEST(DemoPictures, TilesGlowAcrossTheirEdgesAsWithin) {
+    const TemporaryFolder folder;
+    const Pixels tiles = paint("tiles.png", folder.path);
+    ASSERT_EQ(tiles.width, 512);
+    // The pattern is made of cells of 64 pixels. Their borders differ by up to 2 levels by chance;
+    // a glow that ends at the edge of the picture costs its border 12.
+    constexpr double kTolerance = 5;
+    EXPECT_NEAR(meanOfColumn(tiles, 0), meanOfColumn(tiles, 256), kTolerance);
+    EXPECT_NEAR(meanOfColumn(tiles, 511), meanOfColumn(tiles, 255), kTolerance);
 }
 
 TEST(DemoPictures, CloudsRepeatSideways) {
