@@ -14,7 +14,7 @@
 struct DemoKey {
     float seconds;
     float value;
-    KeyMode mode = kKeyCosine;   // of the segment that ends here
+    KeyMode mode = kKeyCosine;  // of the segment that ends here
 };
 
 class DemoBuilder {

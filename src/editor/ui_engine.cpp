@@ -108,4 +108,4 @@ void UI_Engine::DrawFrame() {
 
 void UI_Engine::OnValueEdited(UI_Object*) {}
 
-void UI_Engine::OnCommand(UI_Object*, std::int64_t) {}
+void UI_Engine::OnCommand(UI_Object*, int) {}

@@ -38,7 +38,7 @@ class UI_Engine : public UI_Evt_ValueChanged {
 
     void OnValueEdited(UI_Object* sender) override;
     void OnValueHook() override {}
-    void OnCommand(UI_Object* sender, std::int64_t argument) override;
+    void OnCommand(UI_Object* sender, int argument) override;
 
     UI_Master master;
     Engine* engine = nullptr;  // not owned
