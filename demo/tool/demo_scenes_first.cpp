@@ -10,6 +10,15 @@ std::string Picture(DemoBuilder& demo, const char* file, bool hasAlpha) {
     return reader;
 }
 
+std::string Layers(DemoBuilder& demo, const std::vector<std::string>& pictures) {
+    const std::string stack = demo.add("Layer Stack");
+    for (std::size_t i = 0; i < pictures.size(); ++i) {
+        demo.link(pictures[i], stack, static_cast<int>(i));
+    }
+    demo.set(stack, "Layers", static_cast<float>(pictures.size()));
+    return stack;
+}
+
 std::string Lettering(DemoBuilder& demo, const std::string& picture, const char* file, float start,
                       float stop) {
     const std::string shown = demo.add("Time Switch Image", {Picture(demo, file, true)});
@@ -84,10 +93,10 @@ std::string Skyline(DemoBuilder& demo) {
     demo.setVec2(moon, "Position", 1.12f, 0.62f);
     demo.animate(moon, "Position", {{32, 1.12f}, {48, 1.18f, kKeyLinear}}, 0);
     demo.animate(moon, "Position", {{32, 0.72f}, {48, 0.56f, kKeyEaseOut}}, 1);
-    const std::string stack = demo.add(
-        "Layer Stack", {sky, moon, SlidingLayer(demo, "mountains.png", 1.06f, 0.49f, 0.45f),
-                        SlidingLayer(demo, "city_far.png", 1.12f, 0.49f, 0.40f),
-                        SlidingLayer(demo, "city_near.png", 1.25f, 0.49f, 0.28f)});
+    const std::string stack =
+        Layers(demo, {sky, moon, SlidingLayer(demo, "mountains.png", 1.06f, 0.49f, 0.45f),
+                      SlidingLayer(demo, "city_far.png", 1.12f, 0.49f, 0.40f),
+                      SlidingLayer(demo, "city_near.png", 1.25f, 0.49f, 0.28f)});
     demo.set(stack, "Ripple", 0.6f);
     const std::string graded = demo.add("Color Correct", {stack});
     demo.set(graded, "Exp_B", 0.92f);
@@ -120,7 +129,7 @@ std::string NorthernLights(DemoBuilder& demo) {
     demo.set(trees, "ScaleFac", 1.05f);
     demo.setVec2(trees, "Position", 0.5f, 0.45f);
     demo.animate(trees, "Position", {{64, 0.5f}, {80, 0.455f, kKeyLinear}}, 0);
-    const std::string land = demo.add("Layer Stack", {aurora, "", "", "", "", trees});
+    const std::string land = Layers(demo, {aurora, trees});
     return Lettering(demo, land, "word_sound.png", 68, 76);
 }
 
