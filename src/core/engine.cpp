@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/frame_profiler.h"
 #include "core/image_node_shader.h"
 #include "platform/debug_output.h"
 #include "platform/files.h"
@@ -67,7 +68,9 @@ void Engine::update(float timeSeconds) {
     }
     for (OutputNode* output : outputs) {
         output->pull();
+        if (profiler != nullptr) profiler->beginNode(*output);
         output->present();
+        if (profiler != nullptr) profiler->endNode(*output);
     }
     frameCost = static_cast<float>(static_cast<double>(PerformanceCounter() - started) /
                                    static_cast<double>(PerformanceFrequency()));

@@ -20,6 +20,7 @@
 #include "core/value_object.h"
 
 class Engine;
+class FrameProfiler;
 class GL_FrameBuffer;
 
 // A built-in node type: the name in menus and files, and how to make one.
@@ -89,11 +90,12 @@ class Engine : public Value_Keyframe_Handler {
     // Runs process once on every node, with the GPU off, so that nodes take in new parameters.
     void refreshNodes();
 
-    float time = -1.0f;      // seconds
-    float deltaTime = 0.0f;  // seconds since the frame before
-    float frameCost = 0.0f;  // seconds that the last update took
-    int renderEnabled = 1;   // 0 while nodes only take in parameters
-    int pullDepth = 0;       // nodes that are running now, each pulled by the one before
+    float time = -1.0f;                 // seconds
+    float deltaTime = 0.0f;             // seconds since the frame before
+    float frameCost = 0.0f;             // seconds that the last update took
+    int renderEnabled = 1;              // 0 while nodes only take in parameters
+    FrameProfiler* profiler = nullptr;  // not owned; null: nothing is measured
+    int pullDepth = 0;                  // nodes that are running now, each pulled by the one before
 
     OrderedMap<std::string, std::int32_t> typeCounters;
     OrderedMap<std::string, std::unique_ptr<Node>> nodes;  // a place may be empty

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/engine.h"
+#include "core/frame_profiler.h"
 
 namespace {
 
@@ -35,7 +36,9 @@ bool Node::pull() {
     if (running_ || engine->pullDepth >= kMaxPullDepth) return true;
     running_ = true;
     ++engine->pullDepth;
+    if (engine->profiler != nullptr) engine->profiler->beginNode(*this);
     const bool ok = update();
+    if (engine->profiler != nullptr) engine->profiler->endNode(*this);
     --engine->pullDepth;
     running_ = false;
     return ok;

@@ -8,6 +8,7 @@
 #include "core/engine.h"
 #include "gpu/gl_mem_texture.h"
 #include "image/read_image_file.h"
+#include "platform/debug_output.h"
 
 namespace {
 
@@ -67,8 +68,12 @@ void ImageNode_Reader::load() {
 
     std::uint32_t width = 0, height = 0, channels = 0;
     std::unique_ptr<std::uint8_t[]> pixels;
-    ReadImageFile(lastFilename, width, height, channels, pixels, preMultiply);
-    if (pixels == nullptr) return;
+    std::string reason;
+    ReadImageFile(lastFilename, width, height, channels, pixels, preMultiply, &reason);
+    if (pixels == nullptr) {
+        if (!lastFilename.empty()) ReportBadFile(lastFilename, reason);
+        return;
+    }
     const GLenum wrap = repeat ? GL_REPEAT : GL_CLAMP_TO_BORDER;
     images[0] =
         std::make_shared<GL_MemTexture>(static_cast<int>(width), static_cast<int>(height),

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 
-#include "platform/debug_output.h"
 #include "platform/picture_decoder.h"
 
 namespace {
@@ -21,15 +20,11 @@ void MultiplyByAlpha(std::uint8_t* pixels, std::size_t count) {
 
 void ReadImageFile(const std::string& path, std::uint32_t& width, std::uint32_t& height,
                    std::uint32_t& channels, std::unique_ptr<std::uint8_t[]>& pixels,
-                   bool preMultiply) {
+                   bool preMultiply, std::string* reason) {
     width = height = channels = 0;
     pixels = nullptr;
-    std::string reason;
-    std::optional<DecodedPicture> picture = DecodePicture(path, &reason);
-    if (!picture) {
-        if (!path.empty()) ReportBadFile(path, reason);
-        return;
-    }
+    std::optional<DecodedPicture> picture = DecodePicture(path, reason);
+    if (!picture) return;
     width = picture->width;
     height = picture->height;
     channels = picture->channels;

@@ -15,7 +15,8 @@ class SoundSystem {
     virtual ~SoundSystem() = default;
 
     // Starts decoding a file in the background and forgets the sound before it. A file that cannot
-    // be decoded stays silent; one line on the debug channel tells so.
+    // be decoded stays silent; one line on the debug channel tells so, which counts as a bad file
+    // but for names that choose no file: the empty one and those of folders ("data\").
     virtual void load(std::string_view windowsName) = 0;
     virtual void unload() = 0;
     virtual bool loaded() const = 0;   // decoded and ready to play
@@ -35,7 +36,8 @@ class SoundSystem {
     virtual void update() = 0;
 };
 
-// `enabled` false gives a system that is silent and opens no device (shots, benchmarks).
+// `enabled` false gives a system that is silent, opens no device and decodes nothing (shots,
+// benchmarks); it still tells of files that are missing.
 std::unique_ptr<SoundSystem> MakeSoundSystem(bool enabled);
 
 // A decoded sound, interleaved 16-bit samples. For the sound system and its tests.
