@@ -28,6 +28,9 @@ class GL_FrameBuffer : public GL_Image {
     std::uint32_t framebuffer = 0;
     std::uint32_t depthBuffer = 0;
     bool complete = false;
+
+  private:
+    bool tryOtherDepthFormats() const;
 };
 
 // The standard target of image nodes: 1920 by 1080, one 16-bit float RGBA attachment, no depth,

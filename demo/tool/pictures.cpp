@@ -1,0 +1,83 @@
+#include "pictures.h"
+
+#include <array>
+#include <system_error>
+
+#include "pictures_layer.h"
+#include "pictures_painters.h"
+#include "pictures_png.h"
+
+namespace {
+
+using pictures::Layer;
+
+struct Entry {
+    std::string_view name;
+    pictures::PngColour colour;
+    Layer (*paint)();
+};
+
+constexpr auto kRgb = pictures::PngColour::Rgb;
+constexpr auto kRgba = pictures::PngColour::Rgba;
+
+constexpr std::array kEntries{
+    Entry{"Loading.png", kRgb, pictures::paintLoading},
+    Entry{"title.png", kRgba, pictures::paintTitle},
+    Entry{"sky_night.png", kRgb, pictures::paintSkyNight},
+    Entry{"mountains.png", kRgba, pictures::paintMountains},
+    Entry{"city_far.png", kRgba, pictures::paintCityFar},
+    Entry{"city_near.png", kRgba, pictures::paintCityNear},
+    Entry{"sun_grid.png", kRgb, pictures::paintSunGrid},
+    Entry{"stars.png", kRgb, pictures::paintStars},
+    Entry{"moon.png", kRgba, pictures::paintMoon},
+    Entry{"clouds.png", kRgba, pictures::paintClouds},
+    Entry{"forest.png", kRgba, pictures::paintForest},
+    Entry{"mandala.png", kRgba, pictures::paintMandala},
+    Entry{"tiles.png", kRgb, pictures::paintTiles},
+    Entry{"wide_banner.png", kRgb, pictures::paintWideBanner},
+    Entry{"tall_poster.png", kRgb, pictures::paintTallPoster},
+    Entry{"displace_map.png", kRgb, pictures::paintDisplaceMap},
+    Entry{"vignette.png", kRgba, pictures::paintVignette},
+    Entry{"light_leak.png", kRgb, pictures::paintLightLeak},
+    Entry{"credits.png", kRgba, pictures::paintCredits},
+    Entry{"end_card.png", kRgba, pictures::paintEndCard},
+    Entry{"noise_mask.png", kRgb, pictures::paintNoiseMask},
+    Entry{"word_light.png", kRgba, pictures::paintWordLight},
+    Entry{"word_motion.png", kRgba, pictures::paintWordMotion},
+    Entry{"word_sound.png", kRgba, pictures::paintWordSound},
+    Entry{"word_graph.png", kRgba, pictures::paintWordGraph},
+    Entry{"word_play.png", kRgba, pictures::paintWordPlay},
+};
+
+bool paintEntry(const Entry& entry, const std::filesystem::path& folder, std::string& error) {
+    std::error_code failure;
+    std::filesystem::create_directories(folder, failure);
+    if (failure) {
+        error = folder.string() + ": " + failure.message();
+        return false;
+    }
+    return pictures::writePng(folder / entry.name, entry.paint(), entry.colour, error);
+}
+
+}  // namespace
+
+bool PaintPictures(const std::filesystem::path& folder, std::string& error) {
+    for (const Entry& entry : kEntries) {
+        if (!paintEntry(entry, folder, error)) return false;
+    }
+    return true;
+}
+
+bool PaintPicture(std::string_view name, const std::filesystem::path& folder, std::string& error) {
+    for (const Entry& entry : kEntries) {
+        if (entry.name == name) return paintEntry(entry, folder, error);
+    }
+    error = std::string(name) + ": no picture of this name";
+    return false;
+}
+
+std::vector<std::string> PictureNames() {
+    std::vector<std::string> names;
+    for (const Entry& entry : kEntries) names.emplace_back(entry.name);
+    return names;
+}

@@ -1,0 +1,85 @@
+#include "app/session.h"
+
+#include <GL/glew.h>
+
+#include "app/builtin_node_types.h"
+#include "app/exit_codes.h"
+#include "core/shader_library.h"
+#include "gpu/full_screen_quad.h"
+#include "gpu/gl_debug.h"
+
+namespace {
+
+void ClearColour() {
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+}
+
+}  // namespace
+
+std::unique_ptr<Session> Session::Start(WindowKind kind, std::string& reason, int& exitCode) {
+    buildShaderLibrary();
+    std::unique_ptr<Session> session(new Session);
+    exitCode = kExitNoOpenGl;
+    session->window = MakeWindow(kind, reason);
+    if (session->window == nullptr) return nullptr;
+    InstallGlDebugMessages();
+
+    const bool audible = kind != WindowKind::Offscreen;
+    session->engine = std::make_unique<Engine>(BuiltInNodeTypes(), MakeSoundSystem(audible));
+    session->engine->init();
+    session->ui = std::make_unique<UI_Engine>();
+    if (!session->startEditor()) {
+        reason = "the editor's resources could not be made";
+        exitCode = kExitDone;
+        return nullptr;
+    }
+    session->showFirstFrames();
+    exitCode = kExitDone;
+    return session;
+}
+
+bool Session::startEditor() {
+    if (!ui->Init(engine.get())) return false;
+    engine->viewerTarget = ui->editorTarget.get();
+    screen_ = std::make_unique<GL_FrameBuffer>(kFrameWidth, kFrameHeight, 1, 8, GL_RGBA,
+                                               TargetDepth::None, TargetWrap::Border);
+    return true;
+}
+
+// Something to see while the project loads.
+void Session::showFirstFrames() {
+    GL_FrameBuffer::Unbind();
+    ClearColour();
+    engine->update(0.0f);
+    window->swap();
+    drawEditor();
+    window->swap();
+}
+
+Session::~Session() {
+    ui = nullptr;
+    engine = nullptr;
+    screen_ = nullptr;
+    if (window != nullptr) ReleaseFullScreenQuad();
+}
+
+void Session::drawEditor() {
+    screen_->Bind();
+    screen_->SelectDrawBuffers();
+    screen_->SetViewport();
+    ClearColour();
+    ui->DrawFrame();
+
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, screen_->framebuffer);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+    const int width = window->drawableWidth();
+    const int height = window->drawableHeight();
+    const PictureArea area = LetterboxArea(width, height);
+    glViewport(0, 0, width, height);
+    ClearColour();
+    const bool sameSize = area.width == kFrameWidth && area.height == kFrameHeight;
+    glBlitFramebuffer(0, 0, kFrameWidth, kFrameHeight, area.x, area.y, area.x + area.width,
+                      area.y + area.height, GL_COLOR_BUFFER_BIT, sameSize ? GL_NEAREST : GL_LINEAR);
+    GL_FrameBuffer::Unbind();
+}

@@ -1,0 +1,37 @@
+// One run of the program from its window to its tear-down: the window with its context, the engine,
+// and the editor, started in the order in which they need each other. Main thread.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "core/engine.h"
+#include "editor/ui_engine.h"
+#include "platform/window.h"
+
+class Session {
+  public:
+    // Null with a reason when no window or no usable OpenGL is to be had. `exitCode` tells how the
+    // program should end then. The first two frames, with the loading picture, have been shown.
+    static std::unique_ptr<Session> Start(WindowKind kind, std::string& reason, int& exitCode);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Runs the graph at a time and leaves the result in the viewer's target.
+    void runGraph(float seconds) { engine->update(seconds); }
+    // Draws the editor into the picture and shows it in the window, letterboxed.
+    void drawEditor();
+
+    // Members die in reverse order: the editor, the engine, the window.
+    std::unique_ptr<Window> window;
+    std::unique_ptr<Engine> engine;
+    std::unique_ptr<UI_Engine> ui;
+
+  private:
+    Session() = default;
+    bool startEditor();
+    void showFirstFrames();
+
+    std::unique_ptr<GL_FrameBuffer> screen_;  // the 1920 by 1080 picture that the window shows
+};

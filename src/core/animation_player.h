@@ -1,0 +1,49 @@
+// Plays all keyframe tracks of a scene: each frame it writes every track's value for the present
+// time through its target. It keeps the segment that each track is in, so that a playing demo costs
+// one comparison and one interpolation a track; a seek finds the segment through a small table of
+// every 32nd time. The values are bit for bit those of KeyframeTrack::valueAt. No allocation but
+// when tracks or keys have changed. Main thread.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/keyframe_track.h"
+
+class AnimationPlayer {
+  public:
+    // Takes the tracks in the order in which they are to be applied. They must outlive the next
+    // call of compile or apply, and it must be called again when tracks or keys have changed.
+    void compile(std::span<KeyframeTrack* const> tracks);
+    void apply(float timeSeconds);
+
+  private:
+    // Where a track is now: between two keys, or holding one value before, after or at its keys.
+    struct Segment {
+        float startSeconds;  // holds for startSeconds <= time < endSeconds
+        float endSeconds;
+        float origin;    // time that is subtracted, the earlier key's
+        float duration;  // later key's time less the earlier's
+        float from, to;
+        std::int32_t mode;  // of the later key, kHold for one value
+        float* target;
+    };
+    struct Times {
+        std::uint32_t firstKey;  // of this track in times_ and keys_
+        std::uint32_t keyCount;
+        std::uint32_t firstSample;  // of this track in samples_
+        std::uint32_t sampleCount;
+    };
+
+    void seek(std::size_t track, float timeSeconds);
+    void holdValue(std::size_t track, const Keyframe& key, float start, float end);
+    std::uint32_t keysUpTo(const Times& times, float timeSeconds) const;
+
+    std::vector<Segment> segments_;
+    std::vector<Times> times_;
+    std::vector<Keyframe> keys_;         // all tracks' keys, one after the other
+    std::vector<float> keyTimes_;        // their times alone
+    std::vector<float> samples_;         // every 32nd time of each track
+    std::vector<KeyframeTrack*> plain_;  // tracks whose keys are not in order of time
+};

@@ -1,0 +1,131 @@
+// The owner of the graph: nodes by id, their types, values, keyframe tracks, the music, and the run
+// of one frame. It reads no clock: the time of each frame is given to it. Depends on a table of
+// node types that is put together above it. Main thread, with the OpenGL context.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/animation_player.h"
+#include "core/keyframe_track.h"
+#include "core/music_player.h"
+#include "core/node.h"
+#include "core/node_script.h"
+#include "core/ordered_map.h"
+#include "core/value_keyframe_handler.h"
+#include "core/value_object.h"
+
+class Engine;
+class FrameProfiler;
+class GL_FrameBuffer;
+
+// A built-in node type: the name in menus and files, and how to make one.
+struct NodeType {
+    const char* name;
+    std::unique_ptr<Node> (*make)(Engine& engine, const std::string& id);
+};
+
+class Engine : public Value_Keyframe_Handler {
+  public:
+    // `builtInTypes` in the order in which they are offered. `sound` may be null: silence.
+    Engine(std::vector<NodeType> builtInTypes, std::unique_ptr<SoundSystem> sound);
+    ~Engine() override;
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    // Default strings, the scan of the folder Scripts, the list of types. True when the folder
+    // could be opened.
+    bool init();
+    // One frame: music, animation, then every output in order, each with what it pulls.
+    void update(float timeSeconds);
+
+    // --- the graph
+    bool createNode(const std::string& nodeId, const std::string& typeName);
+    bool addNode(const std::string& nodeId, std::unique_ptr<Node> node);
+    bool deleteNode(const std::string& givenId);
+    // Links a source to a port that is free; a taken port keeps its source. True when the target
+    // may take such a source there.
+    bool connect(const std::string& sourceId, const std::string& targetId, int port);
+    // Empties a port; false when there was nothing on it.
+    bool disconnect(const std::string& targetId, int port);
+    Node* findNode(std::string_view nodeId) const;
+    // The value of a node by name, the first of that name; null when there is none.
+    Value_Object* findValue(const Node* node, std::string_view valueName) const;
+    std::vector<Value_Object*> valuesOf(const Node* node) const;
+
+    // --- declaration of parameters, called from node constructors: the default is written into the
+    // member, and the value object is appended to the node's list. Always true.
+    bool declareString(Node* node, const char* name, std::string& member, std::string defaultValue);
+    bool declareBool(Node* node, const char* name, bool& member, bool defaultValue);
+    bool declareFloat(Node* node, const std::string& name, float& member, float min, float max,
+                      int decimals, float defaultValue, bool animatable);
+    bool declareVec2(Node* node, const char* name, float (&member)[2], const float (&defaults)[2],
+                     bool animatable);
+    bool declareVec4(Node* node, const char* name, float (&member)[4], const float (&defaults)[4]);
+    bool declareInt(Node* node, const char* name, std::int32_t& member, std::int32_t defaultValue,
+                    std::vector<std::string> options);
+    // Three floats named with ".X", ".Y" and ".Z" on consecutive floats.
+    bool declareVec3(Node* node, const char* name, float* member, float min, float max,
+                     int decimals, const float (&defaults)[3]);
+
+    // --- animation
+    bool addAnimation(const std::string& nodeId, const std::string& valueName) override;
+    bool removeAnimation(const std::string& nodeId, const std::string& valueName) override;
+    bool setKeyframe(const std::string& nodeId, const std::string& valueName) override;
+    bool isAnimated(const std::string& nodeId, const std::string& valueName) const override;
+    void updateAnimation();
+    std::vector<KeyframeTrack*> allTracks() const;
+    // Makes a track without keys and files it under an id. For the project reader.
+    KeyframeTrack& appendTrack(const std::string& listId, std::unique_ptr<KeyframeTrack> track);
+    std::unique_ptr<KeyframeTrack> makeTrack();
+
+    // --- projects
+    bool save(const std::string& path);
+    bool load(const std::string& path, bool clearSceneFirst, const std::string& idPrefix);
+    void clearScene();
+    // Runs process once on every node, with the GPU off, so that nodes take in new parameters.
+    void refreshNodes();
+
+    float time = -1.0f;                 // seconds
+    float deltaTime = 0.0f;             // seconds since the frame before
+    float frameCost = 0.0f;             // seconds that the last update took
+    int renderEnabled = 1;              // 0 while nodes only take in parameters
+    FrameProfiler* profiler = nullptr;  // not owned; null: nothing is measured
+    int pullDepth = 0;                  // nodes that are running now, each pulled by the one before
+
+    OrderedMap<std::string, std::int32_t> typeCounters;
+    OrderedMap<std::string, std::unique_ptr<Node>> nodes;  // a place may be empty
+    OrderedMap<const Node*, std::string> nodeIds;
+    OrderedMap<std::string, std::string> nodeTypes;
+    std::vector<OutputNode*> outputs;
+    std::vector<std::string> typeNames;
+    std::vector<NodeScript> scripts;
+    OrderedMap<const Node*, std::vector<std::unique_ptr<Value_Object>>> values;
+    OrderedMap<std::string, std::vector<std::unique_ptr<KeyframeTrack>>> tracks;
+
+    std::string projectName;
+    std::string projectFolder;
+    std::string musicFile;
+    std::string dataFolder;
+    std::string lengthText;  // seconds as text
+    GL_FrameBuffer* viewerTarget = nullptr;
+    std::unique_ptr<MusicPlayer> music;
+
+  private:
+    void scanScripts(bool& folderOpened);
+    std::unique_ptr<Node> makeNode(const std::string& nodeId, const std::string& typeName);
+    template <typename V>
+    V& declare(Node* node, std::string name);
+    KeyframeTrack* findTrack(const std::string& nodeId, const std::string& trackName) const;
+    void unlink(Node& node);
+
+    std::vector<NodeType> builtInTypes_;
+    std::unique_ptr<SoundSystem> sound_;
+    AnimationPlayer player_;
+    std::uint64_t trackEdits_ = 1;     // grows with every change of tracks or keys
+    std::uint64_t compiledEdits_ = 0;  // the state that player_ holds
+};

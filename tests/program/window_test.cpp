@@ -1,0 +1,127 @@
+// The window path, in a real X server: start, resize, Esc, close box, F12, and the exit code.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <thread>
+
+#include "program/program_runs.h"
+#include "support/project_file.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+constexpr double kStartSeconds = 20;  // generous: other tests run beside this one
+constexpr double kEndSeconds = 20;
+
+// An X server of its own for one test.
+class XServer {
+  public:
+    explicit XServer(const char* screen) {
+        int ends[2];
+        if (pipe(ends) != 0) return;
+        const std::string number = std::to_string(ends[1]);
+        server_ = std::make_unique<ChildProcess>(
+            std::vector<std::string>{"Xvfb", "-displayfd", number, "-screen", "0", screen,
+                                     "-nolisten", "tcp"},
+            std::map<std::string, std::string>{}, "");
+        close(ends[1]);
+        char text[32] = {};
+        const ssize_t got = read(ends[0], text, sizeof text - 1);
+        close(ends[0]);
+        if (got > 0) display_ = ":" + std::to_string(std::atoi(text));
+    }
+    const std::string& display() const { return display_; }
+
+  private:
+    std::unique_ptr<ChildProcess> server_;
+    std::string display_;
+};
+
+class WindowPath : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        folder_.write("demo.vorn", ProjectFile().strings().bytes());
+        ASSERT_FALSE(server_.display().empty()) << "Xvfb does not start";
+    }
+
+    void start(std::vector<std::string> arguments = {"--windowed"}) {
+        arguments.insert(arguments.begin(), VornProgram());
+        program_ = std::make_unique<ChildProcess>(
+            arguments,
+            std::map<std::string, std::string>{{"DISPLAY", server_.display()},
+                                               {"WAYLAND_DISPLAY", ""},
+                                               {"SDL_VIDEODRIVER", "x11"},
+                                               {"ALSOFT_DRIVERS", "null"}},
+            folder_.path());
+        window_ = tool({"search", "--sync", "--onlyvisible", "--name", "^vorn$"}).out;
+        window_ = window_.substr(0, window_.find('\n'));
+        ASSERT_FALSE(window_.empty()) << "no window";
+        // The loop takes keys once its first frames are through.
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        ASSERT_TRUE(program_->running());
+    }
+
+    ProcessResult tool(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), "xdotool");
+        return RunProcess(arguments, {{"DISPLAY", server_.display()}}, "", kStartSeconds);
+    }
+
+    TempFolder folder_;
+    XServer server_{"1280x720x24"};
+    std::unique_ptr<ChildProcess> program_;
+    std::string window_;
+};
+
+TEST_F(WindowPath, EscEndsTheProgramWithCode0) {
+    start();
+    tool({"windowfocus", "--sync", window_});
+    tool({"key", "--window", window_, "Escape"});
+    tool({"key", "Escape"});
+    const ProcessResult result = program_->wait(kEndSeconds);
+    EXPECT_FALSE(result.timedOut) << result.err;
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+}
+
+TEST_F(WindowPath, TheCloseBoxEndsTheProgramWithCode0) {
+    start();
+    tool({"windowquit", window_});
+    const ProcessResult result = program_->wait(kEndSeconds);
+    EXPECT_FALSE(result.timedOut) << result.err;
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+}
+
+TEST_F(WindowPath, ItPlaysOnThroughAResizeAndF12) {
+    start();
+    tool({"windowsize", "--sync", window_, "700", "500"});
+    const std::string geometry = tool({"getwindowgeometry", window_}).out;
+    EXPECT_NE(geometry.find("700x500"), std::string::npos) << geometry;
+    tool({"windowfocus", "--sync", window_});
+    tool({"key", "F12"});
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_TRUE(program_->running());
+    tool({"key", "F12"});
+    tool({"key", "Escape"});
+    EXPECT_EQ(program_->wait(kEndSeconds).exitCode, 0);
+}
+
+TEST_F(WindowPath, AMissingDefaultProjectPlaysAnEmptyScene) {
+    unlink(folder_.file("demo.vorn").c_str());
+    start();
+    tool({"windowfocus", "--sync", window_});
+    tool({"key", "Escape"});
+    EXPECT_EQ(program_->wait(kEndSeconds).exitCode, 0);
+}
+
+TEST(WindowWithoutDisplay, EndsWithCode4AndSaysSo) {
+    const TempFolder folder;
+    folder.write("demo.vorn", ProjectFile().strings().bytes());
+    const ProcessResult result = RunVorn({}, folder.path());
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_NE(result.err.find("vorn: OpenGL"), std::string::npos) << result.err;
+}
+
+}  // namespace
