@@ -8,6 +8,7 @@
 #include "gpu/gl_debug.h"
 #include "gpu/gl_framebuffer.h"
 #include "platform/window.h"
+#include "support/sanitizer.h"
 
 namespace {
 
@@ -23,7 +24,9 @@ Window* SharedWindow(std::string& reason) {
 
 void GlTest::SetUpTestSuite() {
     std::string reason;
-    if (SharedWindow(reason) != nullptr) InstallGlDebugMessages();
+    if (SharedWindow(reason) == nullptr) return;
+    InstallGlDebugMessages();
+    KeepLibrariesLoaded();
 }
 
 void GlTest::SetUp() {
