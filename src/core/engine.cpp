@@ -90,16 +90,26 @@ std::unique_ptr<Node> Engine::makeNode(const std::string& nodeId, const std::str
     return std::make_unique<ImageNode_Shader>(this, nodeId, *script);
 }
 
-bool Engine::createNode(const std::string& nodeId, const std::string& typeName) {
-    if (nodes[nodeId]) return false;
+bool Engine::createNode(const std::string& givenId, const std::string& typeName) {
+    const std::string nodeId = givenId;  // may be the text of a key that is erased here
+    if (findNode(nodeId) != nullptr) return false;
+    // An empty place under this id goes to the end, so that nodes, types and values keep one order,
+    // which is the order that a load of the saved file gives.
+    nodes.erase(nodeId);
+    nodeTypes.erase(nodeId);
+    nodes[nodeId];
     std::unique_ptr<Node> node = makeNode(nodeId, typeName);
     nodeTypes[nodeId] = typeName;
     return node != nullptr && addNode(nodeId, std::move(node));
 }
 
 bool Engine::addNode(const std::string& nodeId, std::unique_ptr<Node> node) {
+    if (node == nullptr) return false;
     std::unique_ptr<Node>& place = nodes[nodeId];
-    if (place) return false;
+    if (place) {
+        values.erase(node.get());  // dies here, and its values with it
+        return false;
+    }
     place = std::move(node);
     nodeIds[place.get()] = nodeId;
     if (place->getType() == kOutputNode) {
