@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "demo/tool/demo_builder.h"
 
@@ -24,6 +25,8 @@ std::string Ending(DemoBuilder& demo);          // 208 to 230
 
 // A picture of the demo, fitted to the frame. Pictures with alpha are premultiplied.
 std::string Picture(DemoBuilder& demo, const char* file, bool hasAlpha);
+// Pictures over each other, the first at the back.
+std::string Layers(DemoBuilder& demo, const std::vector<std::string>& pictures);
 // A lettering over a picture, in view from `start` to `stop`, revealed and faded.
 std::string Lettering(DemoBuilder& demo, const std::string& picture, const char* file, float start,
                       float stop);

@@ -10,12 +10,22 @@ std::string Picture(DemoBuilder& demo, const char* file, bool hasAlpha) {
     return reader;
 }
 
+std::string Layers(DemoBuilder& demo, const std::vector<std::string>& pictures) {
+    const std::string stack = demo.add("Layer Stack");
+    for (std::size_t i = 0; i < pictures.size(); ++i) {
+        demo.link(pictures[i], stack, static_cast<int>(i));
+    }
+    demo.set(stack, "Layers", static_cast<float>(pictures.size()));
+    return stack;
+}
+
 std::string Lettering(DemoBuilder& demo, const std::string& picture, const char* file, float start,
                       float stop) {
     const std::string shown = demo.add("Time Switch Image", {Picture(demo, file, true)});
     demo.setText(shown, "Start A", std::to_string(start));
     demo.setText(shown, "Stop A", std::to_string(stop));
     const std::string overlay = demo.add("Lettering Overlay", {picture, shown});
+    demo.set(overlay, "Glow", 0.3f);
     demo.animate(overlay, "Reveal",
                  {{start, 0.0f}, {start + 1.5f, 1.0f, kKeyEaseOut}, {stop, 1.0f, kKeyLinear}});
     demo.animate(overlay, "Opacity",
@@ -39,9 +49,10 @@ std::string Title(DemoBuilder& demo) {
     const std::string rays = demo.add("Radial Out Blur", {title});
     demo.set(rays, "Quality", 8);
     demo.animate(rays, "Length", {{0, 0}, {12, 0}, {15.9f, 160, kKeyEaseIn}});
-    demo.animate(rays, "Oooooze", {{0, 1.0f}, {12, 1.0f}, {15.9f, 0.3f, kKeyEaseIn}});
+    demo.animate(rays, "Oooooze", {{0, 0}, {12, 0}, {15.9f, 0.4f, kKeyEaseIn}});
     const std::string glow = demo.add("Soft Glow", {rays});
-    demo.set(glow, "Strength", 0.7f);
+    demo.set(glow, "Threshold", 0.75f);
+    demo.set(glow, "Strength", 0.5f);
     return glow;
 }
 
@@ -77,17 +88,18 @@ std::string SlidingLayer(DemoBuilder& demo, const char* file, float scale, float
 
 std::string Skyline(DemoBuilder& demo) {
     const std::string sky = Picture(demo, "sky_night.png", false);
+    // The moon in its own proportions, on a slow rise.
     const std::string moonPicture = Picture(demo, "moon.png", true);
-    const std::string moonSize = demo.add("Transform2D", {moonPicture});
-    demo.set(moonSize, "Scale", 2.6f);
-    const std::string moon = demo.add("Transform2D", {moonSize});
-    demo.setVec2(moon, "Position", 1.12f, 0.62f);
-    demo.animate(moon, "Position", {{32, 1.12f}, {48, 1.18f, kKeyLinear}}, 0);
-    demo.animate(moon, "Position", {{32, 0.72f}, {48, 0.56f, kKeyEaseOut}}, 1);
-    const std::string stack = demo.add(
-        "Layer Stack", {sky, moon, SlidingLayer(demo, "mountains.png", 1.06f, 0.49f, 0.45f),
-                        SlidingLayer(demo, "city_far.png", 1.12f, 0.49f, 0.40f),
-                        SlidingLayer(demo, "city_near.png", 1.25f, 0.49f, 0.28f)});
+    demo.setChoice(moonPicture, "Scale", 1);
+    demo.set(moonPicture, "ScaleFac", 0.42f);
+    const std::string moon = demo.add("Transform2D", {moonPicture});
+    demo.setVec2(moon, "Position", 1.18f, 0.62f);
+    demo.animate(moon, "Position", {{32, 1.16f}, {48, 1.20f, kKeyLinear}}, 0);
+    demo.animate(moon, "Position", {{32, 0.66f}, {48, 0.55f, kKeyEaseOut}}, 1);
+    const std::string stack =
+        Layers(demo, {sky, moon, SlidingLayer(demo, "mountains.png", 1.06f, 0.49f, 0.45f),
+                      SlidingLayer(demo, "city_far.png", 1.12f, 0.49f, 0.40f),
+                      SlidingLayer(demo, "city_near.png", 1.25f, 0.49f, 0.28f)});
     demo.set(stack, "Ripple", 0.6f);
     const std::string graded = demo.add("Color Correct", {stack});
     demo.set(graded, "Exp_B", 0.92f);
@@ -106,6 +118,8 @@ std::string Tunnel(DemoBuilder& demo) {
     demo.pulse(tunnel, "Pulse", 48, 64, 0.5f, 0.0f, 1.0f);
     // Digital faults on the snare, their black taken out.
     const std::string faults = demo.add("Digital Glitch");
+    demo.set(faults, "StripCount", 0.5f);
+    demo.set(faults, "BlockCount", 0.6f);
     demo.pulse(faults, "Intensity", 48.5f, 64, 1.0f, 0.0f, 0.7f);
     demo.animate(faults, "RandOffset", {{48, 0}, {64, 7.3f, kKeyLinear}}, 0);
     const std::string keyed = demo.add("Luma To Alpha", {faults});
@@ -120,7 +134,7 @@ std::string NorthernLights(DemoBuilder& demo) {
     demo.set(trees, "ScaleFac", 1.05f);
     demo.setVec2(trees, "Position", 0.5f, 0.45f);
     demo.animate(trees, "Position", {{64, 0.5f}, {80, 0.455f, kKeyLinear}}, 0);
-    const std::string land = demo.add("Layer Stack", {aurora, "", "", "", "", trees});
+    const std::string land = Layers(demo, {aurora, trees});
     return Lettering(demo, land, "word_sound.png", 68, 76);
 }
 

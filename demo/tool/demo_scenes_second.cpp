@@ -21,9 +21,9 @@ std::string Cuts(DemoBuilder& demo, const std::vector<std::pair<float, std::stri
 }
 
 std::string Mandala(DemoBuilder& demo, float start, float stop) {
-    const std::string kaleidoscope = demo.add(
-        "Kaleidoscope",
-        {demo.add("Layer Stack", {demo.add("Silk Plasma"), Picture(demo, "mandala.png", true)})});
+    const std::string kaleidoscope =
+        demo.add("Kaleidoscope",
+                 {Layers(demo, {demo.add("Silk Plasma"), Picture(demo, "mandala.png", true)})});
     demo.animate(kaleidoscope, "Rotation", {{start, -60}, {stop, 120}});
     demo.animate(kaleidoscope, "Zoom", {{start, 1.8f}, {stop, 0.7f, kKeyEaseOut}});
     demo.pulse(kaleidoscope, "Pulse", start, stop, 0.5f, 0.0f, 0.7f);
@@ -97,9 +97,9 @@ std::string Climax(DemoBuilder& demo) {
     // The city melts in noise.
     const std::string noise = demo.add("Perlin Noise 3D");
     demo.animate(noise, "Phase", {{160, 0}, {168, 3, kKeyLinear}});
-    const std::string city = demo.add(
-        "Layer Stack", {Picture(demo, "sky_night.png", false), "", "",
-                        Picture(demo, "city_far.png", true), Picture(demo, "city_near.png", true)});
+    const std::string city =
+        Layers(demo, {Picture(demo, "sky_night.png", false), Picture(demo, "mountains.png", true),
+                      Picture(demo, "city_far.png", true), Picture(demo, "city_near.png", true)});
     const std::string melted = demo.add("Displace 2D", {city, noise});
     demo.pulse(melted, "Distort_H", 160, 168, 0.5f, 0.02f, 0.3f);
     demo.pulse(melted, "Distort_V", 160, 168, 1.0f, 0.0f, 0.2f);

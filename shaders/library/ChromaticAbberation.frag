@@ -2,8 +2,8 @@
 // The colour fringes of a cheap lens.
 //
 //   shift = (texcoord - 0.5) * 0.1 * Factor; s(k) = Source at texcoord + k * shift.
-//   Mode 0 takes red from s(1), green from s(0), blue from s(-1); mode 1 takes green from s(1), blue from s(0), red from
-//   s(-1); mode 2 (and every other number) takes blue from s(1), red from s(0), green from s(-1).
+//   Mode 0 takes red from s(1), green from s(0), blue from s(-1); mode 1 takes green from s(1), blue from s(0), red
+//   from s(-1); mode 2 (and every other number) takes blue from s(1), red from s(0), green from s(-1).
 //   Alpha is the mean of the three samples' alphas, a third each.
 uniform sampler2D Source;
 uniform vec2 ng_sampleSize;

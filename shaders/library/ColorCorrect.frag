@@ -1,7 +1,8 @@
 #version 330 core
 // Grading.
 //
-//   range(v, lo, hi) = (v - lo) / (hi - lo), hi - lo held away from 0 by 1e-4 with its sign kept (0 counts as positive).
+//   range(v, lo, hi) = (v - lo) / (hi - lo), hi - lo held away from 0 by 1e-4 with its sign kept (0 counts as
+//   positive).
 //   c = Source.rgb / Source.a (0 where alpha is 0);
 //   c = range(c, LowColor.rgb, HiColor.rgb), not below 0;
 //   c = pow(c, (Exp_R, Exp_G, Exp_B)), exponents not below 0.001;

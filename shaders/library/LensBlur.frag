@@ -6,8 +6,8 @@
 //   result = mix(disc(floor(radius)), disc(ceil(radius)), fract(radius)).
 //   disc(0) is Source itself. disc(size): step = max(1 + max(Accuracy, 0) / 20, size / 16), n = floor(size / step);
 //   over all whole x, y from -n to n with l = length(x, y) * step <= size, the weighted mean of
-//   Source at uv + (x, y * aspect) * step * ng_sampleSize.x, so that the disc is round on the screen. The weight is 1, and
-//   1 + p * (1 + l / size), p = (avg - 0.1) * 8 * clamp(m * 3, 0, 1), for a sample whose mean of r, g, b, avg, is
+//   Source at uv + (x, y * aspect) * step * ng_sampleSize.x, so that the disc is round on the screen. The weight is 1,
+//   and 1 + p * (1 + l / size), p = (avg - 0.1) * 8 * clamp(m * 3, 0, 1), for a sample whose mean of r, g, b, avg, is
 //   above 0.1.
 uniform sampler2D Source;
 uniform sampler2D Mask;

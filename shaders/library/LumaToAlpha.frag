@@ -2,8 +2,8 @@
 // Makes the dark parts of a picture transparent.
 //
 //   c = Source.rgb / Source.a (0 where alpha is 0), luma = 0.299 r + 0.587 g + 0.114 b of c.
-//   result = vec4(c / luma * luma, luma), vec4(0) where luma is not above 0: the colour at full strength, premultiplied by
-//   the new alpha.
+//   result = vec4(c / luma * luma, luma), vec4(0) where luma is not above 0: the colour at full strength,
+//   premultiplied by the new alpha.
 uniform sampler2D Source;
 uniform vec2 ng_sampleSize;
 uniform float ng_aspectRatio;

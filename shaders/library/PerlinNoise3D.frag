@@ -2,11 +2,11 @@
 // Clouds: simplex noise in three dimensions, a slice of it at the depth Phase.
 //
 //   p = vec3((texcoord - Translation) * Direction.yx * Density - 0.5, Phase).
-//   Octaves is clamped to 1 .. 8; octave o (from 0) adds simplex(p * 2^o, Seed + o) with the weight 2^-o, the last one of a
-//   broken count with its weight times the fraction. n = 0.5 + 0.5 * (sum / sum of the weights), held in 0 .. 1.
-//   c = n * Color.rgb, then pow(c, 1 / max(Gamma, 0.001)), then (c.rbg - 0.5) * Contrast + 0.5: the swizzle exchanges green
-//   and blue, so that a tint comes out with the two exchanged. Then + Brightness, not below 0, times the alpha Color.a:
-//   the result is premultiplied.
+//   Octaves is clamped to 1 .. 8; octave o (from 0) adds simplex(p * 2^o, Seed + o) with the weight 2^-o, the last one
+//   of a broken count with its weight times the fraction. n = 0.5 + 0.5 * (sum / sum of the weights), held in 0 .. 1.
+//   c = n * Color.rgb, then pow(c, 1 / max(Gamma, 0.001)), then (c.rbg - 0.5) * Contrast + 0.5: the swizzle exchanges
+//   green and blue, so that a tint comes out with the two exchanged. Then + Brightness, not below 0, times the alpha
+//   Color.a: the result is premultiplied.
 //
 //   simplex(p, seed): the lattice is skewed by (x + y + z) / 3 and unskewed by / 6; each of the four corners of the
 //   simplex at distance d adds max(0.5 - dot(d, d), 0)^4 * dot(g, d); the sum is scaled by 76. The gradient g is one of

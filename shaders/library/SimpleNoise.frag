@@ -2,9 +2,9 @@
 // White noise, a new value for every pixel.
 //
 //   n = hash(texcoord + fract(Seed * 0.618034)), hash(co) = fract(sin(dot(co, vec2(12.9898, 78.233))) * 43758.5453).
-//   c = n * Color.rgb, then pow(c, 1 / max(Gamma, 0.001)), then (c.rbg - 0.5) * Contrast + 0.5: the swizzle exchanges green
-//   and blue, so that a tint comes out with the two exchanged. Then + Brightness, not below 0, times the alpha Color.a:
-//   the result is premultiplied.
+//   c = n * Color.rgb, then pow(c, 1 / max(Gamma, 0.001)), then (c.rbg - 0.5) * Contrast + 0.5: the swizzle exchanges
+//   green and blue, so that a tint comes out with the two exchanged. Then + Brightness, not below 0, times the alpha
+//   Color.a: the result is premultiplied.
 uniform int Seed;
 uniform float Brightness;
 uniform float Contrast;

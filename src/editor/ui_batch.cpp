@@ -41,7 +41,7 @@ UiBatch::UiBatch()
     : flatProgram_("uiShader", EmbeddedShader("ui.vert").data(), nullptr,
                    EmbeddedShader("ui.frag").data(), {}, 1),
       pictureProgram_("uiTexturedShader", EmbeddedShader("ui.vert").data(), nullptr,
-                      EmbeddedShader("uiTextured.frag").data(), {}, 1),
+                      EmbeddedShader("ui_textured.frag").data(), {}, 1),
       quads_(kMostQuads) {
     const std::vector<std::uint16_t> indices = QuadIndices();
     glGenVertexArrays(1, &vertexArray_);

@@ -227,7 +227,10 @@ bool DecodeSoundBytes(FileBytes file, const std::atomic<bool>& cancelled, Decode
         outcome = DecodeModule(file, cancelled, sound);
         if (outcome == Outcome::Failed) reason = "the module holds no sound";
     }
-    if (outcome == Outcome::Decoded && !cancelled) return true;
+    if (outcome == Outcome::Decoded && !cancelled) {
+        reason.clear();
+        return true;
+    }
     if (cancelled) reason = "cancelled";
     while (!reason.empty() && (reason.back() == '\n' || reason.back() == '.')) reason.pop_back();
     sound = {};

@@ -106,9 +106,7 @@ class DecodeJob {
 
 class OpenAlSoundSystem final : public SoundSystem {
   public:
-    OpenAlSoundSystem() : output_(SoundOutput::open()) {
-        if (!output_) DebugOutput("OpenAL cannot be used: there is no sound\n");
-    }
+    OpenAlSoundSystem() : output_(SoundOutput::open()) {}
 
     void load(std::string_view windowsName) override {
         unload();

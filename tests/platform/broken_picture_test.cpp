@@ -2,11 +2,11 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -54,21 +54,36 @@ void Poke(FileContent& file, std::size_t at, std::uint32_t value, std::size_t by
     }
 }
 
+// The check sum of PNG chunks (CRC-32).
+std::uint32_t CheckSum(std::span<const std::uint8_t> bytes) {
+    std::uint32_t sum = 0xFFFFFFFF;
+    for (const std::uint8_t byte : bytes) {
+        sum ^= byte;
+        for (int bit = 0; bit < 8; ++bit) sum = sum >> 1 ^ ((sum & 1) != 0 ? 0xEDB88320 : 0);
+    }
+    return ~sum;
+}
+
 void FixPngHeaderSum(FileContent& file) {
     constexpr std::size_t kTypeAt = 12;
-    constexpr uInt kTypeAndData = 17;
-    Poke(file, kTypeAt + kTypeAndData,
-         static_cast<std::uint32_t>(crc32(0, file.data() + kTypeAt, kTypeAndData)), 4);
+    constexpr std::size_t kTypeAndData = 17;
+    Poke(file, kTypeAt + kTypeAndData, CheckSum(std::span(file).subspan(kTypeAt, kTypeAndData)), 4);
 }
 
 constexpr const char* kTooLarge = "the picture is too large";
 constexpr const char* kTooShort = "the file is too short for the size that it tells";
 
-rlim_t AddressSpaceBytes() {
+// Leaves the process hardly any memory beyond what it has.
+void LimitMemory() {
+#ifndef __SANITIZE_ADDRESS__  // the sanitizer itself needs an address space without limit
     std::ifstream status("/proc/self/statm");
     rlim_t pages = 0;
     status >> pages;
-    return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+    constexpr rlim_t kLittle = 64 << 20;
+    const rlim_t limit = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + kLittle;
+    const rlimit both = {.rlim_cur = limit, .rlim_max = limit};
+    setrlimit(RLIMIT_AS, &both);
+#endif
 }
 
 // The reason why a file is refused, as long as hardly any memory can be had; "decoded" when it is
@@ -78,12 +93,7 @@ std::string ReasonInLittleMemory(const FileContent& file) {
     if (pipe(ends) != 0) return "no pipe";
     const pid_t child = fork();
     if (child == 0) {
-#ifndef __SANITIZE_ADDRESS__  // the sanitizer itself needs an address space without limit
-        constexpr rlim_t kLittle = 64 << 20;
-        const rlim_t limit = AddressSpaceBytes() + kLittle;
-        const rlimit both = {.rlim_cur = limit, .rlim_max = limit};
-        setrlimit(RLIMIT_AS, &both);
-#endif
+        LimitMemory();
         std::string reason;
         if (DecodePictureBytes(file.data(), file.size(), &reason)) reason = "decoded";
         const ssize_t written = write(ends[1], reason.data(), reason.size());

@@ -1,5 +1,6 @@
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
+#include <ImfHeader.h>
 #include <ImfInputFile.h>
 #include <gtest/gtest.h>
 
