@@ -105,13 +105,13 @@ class RadialOutBlurTest : public BlurTest {
             const double offset = -l * i / n;
             const double weight = std::pow(1 - static_cast<double>(i) / n, 2);
             const double part = distance > 0 ? offset / distance : 0;
-            sum.addWeighted(
-                picture.sample(u + x * part / kFrameWidth, v + y * part / kFrameHeight), weight);
+            sum.addWeighted(picture.sample(u + x * part / kFrameWidth, v + y * part / kFrameHeight),
+                            weight);
             weights += weight;
         }
         Sample mean = sum.over(weights);
-        mean.error += movedError(mean, u, v, s.mask, 2 * s.length / kFrameWidth,
-                                 2 * s.length / kFrameHeight);
+        mean.error +=
+            movedError(mean, u, v, s.mask, 2 * s.length / kFrameWidth, 2 * s.length / kFrameHeight);
         return mean.addWeighted(picture.sample(u, v), s.ooze);
     }
 

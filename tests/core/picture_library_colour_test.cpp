@@ -70,10 +70,10 @@ Interval Grade(Interval c, const Grading& g, int channel) {
     const double low = g.low[channel], high = g.high[channel];
     c = Map(c, [&](double v) { return atLeastZero((v - low) / Width(low, high)); });
     c = Power(c, std::max(g.exponents[channel], 0.001));
-    c = Map(c,
-            [&](double v) { return atLeastZero((v - g.black) / Width(g.black, g.white)); });
+    c = Map(c, [&](double v) { return atLeastZero((v - g.black) / Width(g.black, g.white)); });
     c = Power(c, 1 / std::max(g.gamma, 0.001));
-    return Map(c, [&](double v) { return atLeastZero((v - 0.5) * g.contrast + 0.5 + g.brightness); });
+    return Map(c,
+               [&](double v) { return atLeastZero((v - 0.5) * g.contrast + 0.5 + g.brightness); });
 }
 
 class ColorCorrectTest : public LibraryShaderTest {
@@ -209,7 +209,8 @@ TEST_F(ChromaticAbberationTest, ShiftsTwoChannelsRadiallyInEachMode) {
     PictureNode& source = addPicture("picture", picture);
     source.textureMatrix[0] = 0.5f;  // the plain coordinates count
     link(source, node, 0);
-    // For each mode the channel that is taken further out, that stays, and that is taken further in.
+    // For each mode the channel that is taken further out, that stays, and that is taken further
+    // in.
     constexpr int kChannels[3][3] = {{0, 1, 2}, {1, 2, 0}, {2, 0, 1}};
     for (const float factor : {0.25f, -1.0f}) {
         for (int mode = 0; mode < 3; ++mode) {

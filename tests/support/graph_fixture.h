@@ -51,8 +51,7 @@ class GraphTest : public GlTest {
 
     template <typename NodeClass, typename... Arguments>
     NodeClass& add(const std::string& id, Arguments&&... arguments) {
-        auto node =
-            std::make_unique<NodeClass>(&engine, id, std::forward<Arguments>(arguments)...);
+        auto node = std::make_unique<NodeClass>(&engine, id, std::forward<Arguments>(arguments)...);
         NodeClass& result = *node;
         EXPECT_TRUE(engine.addNode(id, std::move(node)));
         return result;
