@@ -14,9 +14,9 @@ struct Span {
     float startSeconds, stopSeconds;
 };
 
-constexpr Span kSpans[] = {
-    {171.679f, 173.046f}, {175.746f, 177.146f}, {179.246f, 181.546f}, {183.146f, 184.847f},
-    {188.626f, 190.426f}, {191.526f, 192.926f}, {194.193f, 195.093f}, {197.127f, 198.661f}};
+constexpr Span kSpans[] = {{171.679f, 173.046f}, {175.746f, 177.146f}, {179.246f, 181.546f},
+                           {183.146f, 184.847f}, {188.626f, 190.426f}, {191.526f, 192.926f},
+                           {194.193f, 195.093f}, {197.127f, 198.661f}};
 constexpr int kSpanCount = static_cast<int>(std::size(kSpans));
 
 // The spans from number `from` up to, and without, number `to`, as texts.
@@ -60,8 +60,7 @@ GeometryNode_HandLine::GeometryNode_HandLine(Engine* owner, const std::string& n
 }
 
 bool GeometryNode_HandLine::canConnect(int port, const Node* source) const {
-    if (source == nullptr) return false;
-    if (port == 0) return source->getType() == kMaterialNode;
+    if (port == 0) return IsMaterialSource(source);
     return port == 1 && dynamic_cast<const GeometryNode_KinectModel*>(source) != nullptr;
 }
 

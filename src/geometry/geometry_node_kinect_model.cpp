@@ -23,8 +23,8 @@ GeometryNode_KinectModel::GeometryNode_KinectModel(Engine* owner, const std::str
     engine->declareString(this, "Model File", modelFile, "");
     engine->declareFloat(this, "Time Offset", timeOffset, -10.0f, 10.0f, 3, 0.0f, true);
     engine->declareFloat(this, "Player Speed", playerSpeed, 0.0f, 3.0f, 2, 1.0f, true);
-    engine->declareVec3(this, "Translate", translate, -10.0f, 10.0f, 2, {0, 0, 0});
-    engine->declareVec3(this, "Rotat-e", rotate, 0.0f, 360.0f, 2, {0, 0, 0});
+    engine->declareVec3(this, "Translate", &translate.x, -10.0f, 10.0f, 2, {0, 0, 0});
+    engine->declareVec3(this, "Rotat-e", &rotate.x, 0.0f, 360.0f, 2, {0, 0, 0});
     engine->declareFloat(this, "Scale", scale, 0.0f, 10.0f, 2, 1.0f, true);
     engine->declareFloat(this, "Joint Scale", shape.jointScale, 0.0f, 20.0f, 2, 10.0f, true);
     engine->declareString(this, "Smoothing", smoothing, "0.9");
@@ -49,8 +49,7 @@ float GeometryNode_KinectModel::startSeconds() const {
 
 Mat4 GeometryNode_KinectModel::placement() const {
     Mat4 matrix;
-    Mat4ComposeTRS(matrix, {translate[0], translate[1], translate[2]},
-                   {rotate[0], rotate[1], rotate[2]}, scale);
+    Mat4ComposeTRS(matrix, translate, rotate, scale);
     return matrix;
 }
 
@@ -82,7 +81,8 @@ void GeometryNode_KinectModel::loadModel() {
     ReadObjFile("c:\\temp\\cubeline2.obj", lineModel, kObjRecentreObjects, &unheard);
 }
 
-void GeometryNode_KinectModel::pose(float demoTimeSeconds, std::span<PuppetLimb> limbsToPose) const {
+void GeometryNode_KinectModel::pose(float demoTimeSeconds,
+                                    std::span<PuppetLimb> limbsToPose) const {
     const float captureSeconds = demoTimeSeconds * playerSpeed + timeOffset + startSeconds();
     Skeleton skeleton;
     if (SampleCapture(frames_, captureSeconds, skeleton)) PoseLimbs(skeleton, shape, limbsToPose);
@@ -92,10 +92,7 @@ bool GeometryNode_KinectModel::process() {
     if (kinectFile != loadedKinectFile_ || startTime != loadedStartTime_ ||
         smoothing != loadedSmoothing_) {
         loadCapture();
-        // A model without its capture stands in a heap.
-        if (frames_.empty()) {
-            for (PuppetLimb& limb : limbs) limb.transform = Mat4{};
-        }
+        for (PuppetLimb& limb : limbs) limb.transform = Mat4{};
     }
     if (modelFile != loadedModelFile_) loadModel();
     setError((!kinectFile.empty() && frames_.empty()) || (!modelFile.empty() && objects.empty()));

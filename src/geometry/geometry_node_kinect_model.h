@@ -29,7 +29,8 @@ class GeometryNode_KinectModel : public GeometryNode {
 
     std::string kinectFile, modelFile;
     float timeOffset, playerSpeed;
-    float translate[3], rotate[3], scale;
+    Vec3 translate, rotate;  // rotation in degrees
+    float scale;
     std::string smoothing, startTime;
     PuppetShape shape;
 

@@ -57,8 +57,7 @@ void GeometryNode_ScreenEffectKinect::dress(const GeometryNode& source) {
     if (handlight > 0) handMaterial->illumination = handlight;
     objects = source.objects;
     for (std::size_t i = 0; i < objects.size(); ++i) {
-        const bool glows =
-            handlight > 0 && objects[i].name.find("RIGHT_HAND") != std::string::npos;
+        const bool glows = handlight > 0 && objects[i].name.find("RIGHT_HAND") != std::string::npos;
         objects[i].material = glows ? handMaterial : materials[i % count];
     }
     transform = source.transform;

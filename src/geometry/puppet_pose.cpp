@@ -48,8 +48,7 @@ LimbAxes Carry(const LimbAxes& axes, const Vec3& along) {
     const float cosine = Dot(axes.along, along);
     // Folded back on itself there is no smallest turn; a hinge turns about the side axis.
     if (cosine < -0.99999f) return {along, -axes.front};
-    const Vec3 turned =
-        axes.front - (axes.along + along) * (Dot(along, axes.front) / (1 + cosine));
+    const Vec3 turned = axes.front - (axes.along + along) * (Dot(along, axes.front) / (1 + cosine));
     return {along, Direction(SquareTo(along, turned), axes.front)};
 }
 
@@ -76,7 +75,8 @@ class Body {
                  kShoulderLeft, kHandTipLeft, -across_);
         placeArm(LimbKind::kLeftUpperArm, LimbKind::kLeftLowerArm, LimbKind::kLeftHand,
                  kShoulderRight, kHandTipRight, across_);
-        placeLeg(LimbKind::kRightUpperLeg, LimbKind::kRightLowerLeg, LimbKind::kRightFoot, kHipLeft);
+        placeLeg(LimbKind::kRightUpperLeg, LimbKind::kRightLowerLeg, LimbKind::kRightFoot,
+                 kHipLeft);
         placeLeg(LimbKind::kLeftUpperLeg, LimbKind::kLeftLowerLeg, LimbKind::kLeftFoot, kHipRight);
     }
 
@@ -180,21 +180,28 @@ constexpr LimbName kLimbNames[] = {
 
 float OffsetOf(const PuppetShape& shape, LimbKind kind) {
     switch (kind) {
-        case LimbKind::kHead: return shape.headOffset;
-        case LimbKind::kTorso: return shape.torsoOffset;
+        case LimbKind::kHead:
+            return shape.headOffset;
+        case LimbKind::kTorso:
+            return shape.torsoOffset;
         case LimbKind::kRightUpperArm:
-        case LimbKind::kLeftUpperArm: return shape.shoulderOffset;
+        case LimbKind::kLeftUpperArm:
+            return shape.shoulderOffset;
         case LimbKind::kRightHand:
-        case LimbKind::kLeftHand: return shape.handOffset;
+        case LimbKind::kLeftHand:
+            return shape.handOffset;
         case LimbKind::kRightUpperLeg:
-        case LimbKind::kLeftUpperLeg: return shape.thighOffset;
+        case LimbKind::kLeftUpperLeg:
+            return shape.thighOffset;
         case LimbKind::kRightLowerLeg:
-        case LimbKind::kLeftLowerLeg: return shape.kneeOffset;
+        case LimbKind::kLeftLowerLeg:
+            return shape.kneeOffset;
         case LimbKind::kRightLowerArm:
         case LimbKind::kLeftLowerArm:
         case LimbKind::kTricenter:
         case LimbKind::kRightFoot:
-        case LimbKind::kLeftFoot: return 0;
+        case LimbKind::kLeftFoot:
+            return 0;
     }
     return 0;
 }

@@ -1,11 +1,11 @@
 // The limbs of a puppet: which objects of a model hang on which joints, and the matrices that lay
 // them there. Depends on the skeleton of a capture only; any thread, without OpenGL.
 //
-// How a model is built: every object is a limb with its centre at its origin, y along the limb, as a
-// body stands that faces z with hanging arms and legs. y leads from joint B to joint A: arms, hands
-// and legs up, the head up, the feet towards the toes (a foot is modelled as if it were raised to
-// stand on its heel, with the sole towards z). x leads to the side of the limbs that are called
-// RIGHT, which are the ones on the right of somebody who looks at the puppet's face.
+// How a model is built: every object is a limb with its centre at its origin, y along the limb, as
+// a body stands that faces z with hanging arms and legs. y leads from joint B to joint A: arms,
+// hands and legs up, the head up, the feet towards the toes (a foot is modelled as if it were
+// raised to stand on its heel, with the sole towards z). x leads to the side of the limbs that are
+// called RIGHT, which are the ones on the right of somebody who looks at the puppet's face.
 #pragma once
 
 #include <cstddef>
@@ -18,13 +18,20 @@
 
 enum class LimbKind : int {
     kHead = 1,
-    kRightHand, kLeftHand,
-    kRightLowerArm, kLeftLowerArm,
-    kRightUpperArm, kLeftUpperArm,
-    kTorso, kTricenter,
-    kRightUpperLeg, kLeftUpperLeg,
-    kRightLowerLeg, kLeftLowerLeg,
-    kRightFoot, kLeftFoot,
+    kRightHand,
+    kLeftHand,
+    kRightLowerArm,
+    kLeftLowerArm,
+    kRightUpperArm,
+    kLeftUpperArm,
+    kTorso,
+    kTricenter,
+    kRightUpperLeg,
+    kLeftUpperLeg,
+    kRightLowerLeg,
+    kLeftLowerLeg,
+    kRightFoot,
+    kLeftFoot,
 };
 
 // An object of the model that hangs on the skeleton.

@@ -1,8 +1,8 @@
 #include "geometry/random_materials.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <cstdint>
+#include <cstdlib>
 
 #include "core/random.h"
 

@@ -141,12 +141,11 @@ bool FillGaps(std::vector<CaptureFrame>& frames, std::size_t joint) {
 
 // The joint that each one hangs on.
 constexpr std::array<int, kJointCount> kParents = {
-    -1, kSpineBase, kSpineShoulder, kNeck,
-    kSpineShoulder, kShoulderLeft, kElbowLeft, kWristLeft,
-    kSpineShoulder, kShoulderRight, kElbowRight, kWristRight,
-    kSpineBase, kHipLeft, kKneeLeft, kAnkleLeft,
-    kSpineBase, kHipRight, kKneeRight, kAnkleRight,
-    kSpineMid, kHandLeft, kWristLeft, kHandRight, kWristRight};
+    -1,         kSpineBase,  kSpineShoulder, kNeck,          kSpineShoulder, kShoulderLeft,
+    kElbowLeft, kWristLeft,  kSpineShoulder, kShoulderRight, kElbowRight,    kWristRight,
+    kSpineBase, kHipLeft,    kKneeLeft,      kAnkleLeft,     kSpineBase,     kHipRight,
+    kKneeRight, kAnkleRight, kSpineMid,      kHandLeft,      kWristLeft,     kHandRight,
+    kWristRight};
 
 // Joints that no frame knows lie where the nearest known one on the way to the base lies.
 void FillUnknown(std::vector<CaptureFrame>& frames, const std::bitset<kJointCount>& known) {
@@ -193,8 +192,8 @@ void Smooth(std::vector<CaptureFrame>& frames, float smoothing) {
     if (!(left > 0)) return;
     for (std::size_t i = 1; i < frames.size(); ++i) {
         const CaptureFrame& before = frames[i - 1];
-        const double seconds = static_cast<double>(frames[i].timeSeconds) -
-                               static_cast<double>(before.timeSeconds);
+        const double seconds =
+            static_cast<double>(frames[i].timeSeconds) - static_cast<double>(before.timeSeconds);
         const float part = static_cast<float>(1 - std::pow(left, seconds * kSensorRate));
         for (std::size_t joint = 0; joint < kJointCount; ++joint) {
             Vec3& place = frames[i].joints[joint].position;
@@ -241,7 +240,8 @@ std::vector<std::uint8_t> CaptureBytes(std::span<const CaptureFrame> frames) {
 void PrepareCapture(std::vector<CaptureFrame>& frames, float smoothing) {
     if (frames.empty()) return;
     std::bitset<kJointCount> known;
-    for (std::size_t joint = 0; joint < kJointCount; ++joint) known[joint] = FillGaps(frames, joint);
+    for (std::size_t joint = 0; joint < kJointCount; ++joint)
+        known[joint] = FillGaps(frames, joint);
     FillUnknown(frames, known);
     CentreInPlan(frames);
     WeighHips(frames);

@@ -17,12 +17,31 @@
 // The joints of the sensor's skeleton; the numbers stand in the files. Left and right are the
 // dancer's own, who faces the sensor: y is up, and z leads away from the sensor.
 enum JointType : int {
-    kSpineBase, kSpineMid, kNeck, kHead,
-    kShoulderLeft, kElbowLeft, kWristLeft, kHandLeft,
-    kShoulderRight, kElbowRight, kWristRight, kHandRight,
-    kHipLeft, kKneeLeft, kAnkleLeft, kFootLeft,
-    kHipRight, kKneeRight, kAnkleRight, kFootRight,
-    kSpineShoulder, kHandTipLeft, kThumbLeft, kHandTipRight, kThumbRight,
+    kSpineBase,
+    kSpineMid,
+    kNeck,
+    kHead,
+    kShoulderLeft,
+    kElbowLeft,
+    kWristLeft,
+    kHandLeft,
+    kShoulderRight,
+    kElbowRight,
+    kWristRight,
+    kHandRight,
+    kHipLeft,
+    kKneeLeft,
+    kAnkleLeft,
+    kFootLeft,
+    kHipRight,
+    kKneeRight,
+    kAnkleRight,
+    kFootRight,
+    kSpineShoulder,
+    kHandTipLeft,
+    kThumbLeft,
+    kHandTipRight,
+    kThumbRight,
     kJointCount
 };
 
@@ -46,8 +65,8 @@ struct CaptureFrame {
 using Skeleton = std::array<Vec3, kJointCount>;
 
 // The frames of a file in order of time, as far as they are whole. Frames without any joint, and
-// joints that have no number of the skeleton or no finite place, are left out. `fault` tells what is
-// wrong with the bytes, or stays empty.
+// joints that have no number of the skeleton or no finite place, are left out. `fault` tells what
+// is wrong with the bytes, or stays empty.
 std::vector<CaptureFrame> ParseCapture(std::span<const std::uint8_t> bytes, std::string& fault);
 // Reads a file; false, with no frames and no report, when it cannot be opened. What is wrong inside
 // it is reported in one line.
