@@ -20,14 +20,14 @@ constexpr std::size_t kFileBytes = 50'000'000;
 template <typename... Numbers>
 void AppendLine(std::string& text, const char* format, Numbers... numbers) {
     char line[128];
-    text.append(line, static_cast<std::size_t>(
-                          std::snprintf(line, sizeof line, format, numbers...)));
+    text.append(line,
+                static_cast<std::size_t>(std::snprintf(line, sizeof line, format, numbers...)));
 }
 
 // A grid with six decimals and all three indices, as modelling programs write it.
 std::string MakeGrid(std::size_t bytes) {
     constexpr int kWidth = 512;
-    constexpr std::size_t kBytesOfAVertex = 219;  // its lines and those of its two triangles
+    constexpr std::size_t kBytesOfAVertex = 203;  // its lines and those of its two triangles
     const int rows = static_cast<int>(bytes / (kWidth * kBytesOfAVertex));
     std::string text = "# a grid\nmtllib grid.mtl\no grid\n";
     text.reserve(bytes + bytes / 8);
