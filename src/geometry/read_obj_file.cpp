@@ -14,6 +14,26 @@ namespace {
 // Nine indices from 1 as they stand in the file: v, vt and vn of three corners.
 using Triangle = std::array<std::int32_t, 9>;
 
+// A list that grows without moving what it holds: much of the time that a large file takes goes
+// into fresh memory.
+class TriangleList {
+  public:
+    Triangle& append() {
+        if (size_ % kBlockSize == 0) blocks_.emplace_back().reserve(kBlockSize);
+        ++size_;
+        return blocks_.back().emplace_back();
+    }
+    const Triangle& operator[](std::size_t index) const {
+        return blocks_[index / kBlockSize][index % kBlockSize];
+    }
+    std::size_t size() const { return size_; }
+
+  private:
+    static constexpr std::size_t kBlockSize = 4096;
+    std::vector<std::vector<Triangle>> blocks_;
+    std::size_t size_ = 0;
+};
+
 // Triangles that follow each other, all of one object.
 struct Span {
     std::size_t first, last;
@@ -22,7 +42,7 @@ struct Span {
 struct ObjContent {
     std::vector<Vec3> positions, normals;
     std::vector<Vec2> uvs;
-    std::vector<Triangle> triangles;
+    TriangleList triangles;
     OrderedMap<std::string, std::vector<Span>> objects;
 };
 
@@ -91,7 +111,7 @@ class ObjParser {
         if (span_ == nullptr) {
             span_ = &content.objects[name_].emplace_back(Span{triangles.size(), triangles.size()});
         }
-        Triangle& triangle = triangles.emplace_back();
+        Triangle& triangle = triangles.append();
         text_.readCharacter();
         for (std::int32_t& index : triangle) {
             index = text_.readInteger();
