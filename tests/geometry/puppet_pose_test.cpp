@@ -280,6 +280,25 @@ TEST(PuppetPose, PassesArmsThroughTheVerticalWithoutAFlip) {
     }
 }
 
+TEST(PuppetPose, SwingsArmsInFullCircles) {
+    for (const double outward : {-0.2, 0.0, 0.3, 0.6}) {
+        std::vector<PuppetLimb> before;
+        for (int degrees = -180; degrees <= 180; ++degrees) {
+            Angles angles;
+            for (int side = 0; side < 2; ++side) {
+                angles.armForward[side] = degrees * kPi / 180;
+                angles.armOut[side] = outward;
+            }
+            const std::vector<PuppetLimb> now = Posed(PoseOf(angles));
+            for (std::size_t i = 0; i < before.size(); ++i) {
+                EXPECT_LT(TurnBetween(before[i], now[i]), 4 * kPi / 180)
+                    << kAllNames[i] << " at " << degrees;
+            }
+            before = now;
+        }
+    }
+}
+
 TEST(PuppetPose, FollowsTheShouldersWithTheTorso) {
     Angles angles;
     angles.twist = 0.6;
@@ -320,7 +339,7 @@ TEST(PuppetPose, FollowsTheHipsAndKneesWithThePelvis) {
 
 TEST(PuppetPose, KeepsThePelvisWhereTheLegsLeadApart) {
     std::vector<PuppetLimb> before;
-    for (int degrees = 0; degrees <= 90; ++degrees) {
+    for (int degrees = 0; degrees <= 100; ++degrees) {
         Angles angles;
         angles.legForward[0] = degrees * kPi / 180;
         angles.legForward[1] = -degrees * kPi / 180;
@@ -386,12 +405,16 @@ TEST(PuppetPose, IsWholeForBodiesThatAreNone) {
 }
 
 TEST(PuppetPose, TurnsFoldedLimbsAboutTheirHinge) {
-    Angles angles;
-    angles.elbow[0] = kPi;
-    angles.knee[0] = kPi;
-    for (const PuppetLimb& limb : Posed(PoseOf(angles))) {
-        SCOPED_TRACE(kAllNames[limb.object]);
-        ExpectTurnedAndScaledOnly(limb, static_cast<double>(LimbScale(10)));
+    for (const double bent : {kPi - 0.01, kPi}) {
+        Angles angles;
+        angles.elbow[0] = bent;
+        const std::vector<PuppetLimb> limbs = Posed(PoseOf(angles));
+        const PuppetLimb& arm = Limb(limbs, LimbKind::kRightUpperArm);
+        const PuppetLimb& forearm = Limb(limbs, LimbKind::kRightLowerArm);
+        // A hundredth of a radian, as far as the fold is from a whole one.
+        EXPECT_TRUE(IsAt(Axis(forearm, 0), Axis(arm, 0), 1e-2));
+        EXPECT_TRUE(IsAt(Axis(forearm, 1), Axis(arm, 1) * -1, 1.1e-2));
+        EXPECT_TRUE(IsAt(Axis(forearm, 2), Axis(arm, 2) * -1, 1.1e-2));
     }
 }
 
