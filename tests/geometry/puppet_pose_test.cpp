@@ -282,16 +282,21 @@ TEST(PuppetPose, PassesArmsThroughTheVerticalWithoutAFlip) {
 
 // A full circle takes a limb around once about itself; that is spread over the circle.
 TEST(PuppetPose, SwingsArmsInFullCircles) {
-    std::vector<PuppetLimb> before;
-    for (int degrees = -180; degrees <= 180; ++degrees) {
-        Angles angles;
-        for (int side = 0; side < 2; ++side) angles.armForward[side] = degrees * kPi / 180;
-        const std::vector<PuppetLimb> now = Posed(PoseOf(angles));
-        for (std::size_t i = 0; i < before.size(); ++i) {
-            EXPECT_LT(TurnBetween(before[i], now[i]), 2.5 * kPi / 180)
-                << kAllNames[i] << " at " << degrees;
+    for (const double outward : {0.0, 0.05, -0.05}) {
+        std::vector<PuppetLimb> before;
+        for (int degrees = -180; degrees <= 180; ++degrees) {
+            Angles angles;
+            for (int side = 0; side < 2; ++side) {
+                angles.armForward[side] = degrees * kPi / 180;
+                angles.armOut[side] = outward;
+            }
+            const std::vector<PuppetLimb> now = Posed(PoseOf(angles));
+            for (std::size_t i = 0; i < before.size(); ++i) {
+                EXPECT_LT(TurnBetween(before[i], now[i]), 3 * kPi / 180)
+                    << kAllNames[i] << " at " << degrees;
+            }
+            before = now;
         }
-        before = now;
     }
 }
 
