@@ -5,7 +5,7 @@ file(GLOB_RECURSE vorn_shader_files CONFIGURE_DEPENDS
 set(vorn_shader_cpp ${CMAKE_BINARY_DIR}/generated/embedded_shaders.cpp)
 add_custom_command(
     OUTPUT ${vorn_shader_cpp}
-    COMMAND ${CMAKE_COMMAND} -DROOT=${CMAKE_SOURCE_DIR}/shaders -DOUT=${vorn_shader_cpp}
+    COMMAND ${CMAKE_COMMAND} "-DFILES=${vorn_shader_files}" -DROOT=${CMAKE_SOURCE_DIR}/shaders -DOUT=${vorn_shader_cpp}
             -P ${CMAKE_SOURCE_DIR}/cmake/write_embedded_shaders.cmake
     DEPENDS ${vorn_shader_files} ${CMAKE_SOURCE_DIR}/cmake/write_embedded_shaders.cmake
     VERBATIM)

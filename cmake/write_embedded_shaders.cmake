@@ -1,5 +1,10 @@
-# Writes OUT, a source file with the text of every shader below ROOT.
-file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/*.vert ${ROOT}/*.frag)
+# Writes OUT, a source file with the text of every shader in FILES, which lie below ROOT. The list
+# is part of the command, so that a file that goes makes OUT anew.
+set(files "")
+foreach(path ${FILES})
+    file(RELATIVE_PATH file ${ROOT} ${path})
+    list(APPEND files ${file})
+endforeach()
 list(SORT files)
 set(text "#include \"gpu/embedded_shaders.h\"\n\nnamespace {\n\nconstexpr EmbeddedShaderFile kFiles[] = {\n")
 foreach(file ${files})

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "music_arrangement.h"
 #include "music_instruments.h"
@@ -36,27 +37,30 @@ bool writeFrames(SNDFILE* file, std::span<const float> interleaved) {
     return true;
 }
 
-bool writeSong(const std::filesystem::path& oggFile, std::string& error) {
+SoundFile openForWriting(const std::filesystem::path& oggFile) {
     SF_INFO info{};
     info.samplerate = music::kSampleRate;
     info.channels = 2;
     info.format = SF_FORMAT_OGG | SF_FORMAT_VORBIS;
     SoundFile file(sf_open(oggFile.c_str(), SFM_WRITE, &info));
-    if (!file) {
-        error = oggFile.string() + ": " + sf_strerror(nullptr);
-        return false;
-    }
     double quality = kVorbisQuality;
-    sf_command(file.get(), SFC_SET_VBR_ENCODING_QUALITY, &quality, sizeof(quality));
+    if (file) sf_command(file.get(), SFC_SET_VBR_ENCODING_QUALITY, &quality, sizeof(quality));
+    return file;
+}
+
+// Writes all bars and closes the file; whether all of it arrived.
+bool writeSong(SoundFile file) {
     music::Mixdown mixdown(0);
-    for (int bar = 0; bar < music::kSongBars; ++bar) {
-        if (writeFrames(file.get(), mixdown.nextBar())) continue;
-        error = oggFile.string() + ": " + sf_strerror(file.get());
-        return false;
-    }
-    const int closeError = sf_close(file.release());
-    if (closeError != 0) error = oggFile.string() + ": " + sf_error_number(closeError);
-    return closeError == 0;
+    for (int bar = 0; bar < music::kSongBars; ++bar)
+        if (!writeFrames(file.get(), mixdown.nextBar())) return false;
+    return sf_close(file.release()) == 0;
+}
+
+// A cut-off song is of no use; but a device or a pipe that was named as the file stays.
+void removeRemains(const std::filesystem::path& oggFile) {
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(oggFile, ignored))
+        std::filesystem::remove(oggFile, ignored);
 }
 
 }  // namespace
@@ -91,8 +95,14 @@ std::vector<float> renderMusic(double startSeconds, double lengthSeconds) {
 }
 
 bool SynthesiseMusic(const std::filesystem::path& oggFile, std::string& error) {
-    if (writeSong(oggFile, error)) return true;
-    std::error_code ignored;
-    std::filesystem::remove(oggFile, ignored);
+    SoundFile file = openForWriting(oggFile);
+    if (!file) {
+        error = oggFile.string() + ": " + sf_strerror(nullptr);
+        return false;
+    }
+    if (writeSong(std::move(file))) return true;
+    // libsndfile has no text for what goes wrong here; nearly always the disk is full.
+    error = oggFile.string() + ": could not be written to its end";
+    removeRemains(oggFile);
     return false;
 }

@@ -132,7 +132,7 @@ void Mixdown::mixBuses() {
 
 void Mixdown::master() {
     constexpr std::size_t kControlFrames = 32;
-    constexpr float kDrive = 1.0f;
+    constexpr float kDrive = 0.82f;
     const MixSweep sweep = mixSweepOfBar(bar_);
     for (std::size_t frame = 0; frame < kFramesPerBar; ++frame) {
         if (frame % kControlFrames == 0) {

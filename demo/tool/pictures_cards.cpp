@@ -181,7 +181,7 @@ Layer paintCredits() {
         const char* text;
     };
     constexpr std::array kLines{
-        Line{"PICTURES", "PAINTED BY CODE"},       Line{"MODELS", "GROWN FROM NUMBERS"},
+        Line{"PICTURES", "PAINTED BY CODE"},       Line{"WORLDS", "MARCHED RAY BY RAY"},
         Line{"MUSIC", "COMPUTED NOTE BY NOTE"},    Line{"SHADERS", "WRITTEN BY HAND"},
         Line{"EVERY FRAME", "DRAWN AS YOU WATCH"},
     };

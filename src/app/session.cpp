@@ -41,6 +41,7 @@ std::unique_ptr<Session> Session::Start(WindowKind kind, std::string& reason, in
 
 bool Session::startEditor() {
     if (!ui->Init(engine.get())) return false;
+    ui->master.readShiftKey = [this] { return window->shiftHeld(); };
     engine->viewerTarget = ui->editorTarget.get();
     screen_ = std::make_unique<GL_FrameBuffer>(kFrameWidth, kFrameHeight, 1, 8, GL_RGBA,
                                                TargetDepth::None, TargetWrap::Border);

@@ -32,12 +32,12 @@ void AnimationPlayer::compile(std::span<KeyframeTrack* const> tracks) {
     keys_.clear();
     keyTimes_.clear();
     samples_.clear();
-    plain_.clear();
+    unsorted_.clear();
     for (KeyframeTrack* track : tracks) {
         const std::vector<Keyframe>& keys = track->keys();
         if (track->target == nullptr || keys.empty()) continue;
         if (!InOrder(keys)) {
-            plain_.push_back(track);
+            unsorted_.push_back({segments_.size(), track});
             continue;
         }
         const auto count = static_cast<std::uint32_t>(keys.size());
@@ -90,25 +90,53 @@ void AnimationPlayer::seek(std::size_t track, float timeSeconds) {
                         segments_[track].target};
 }
 
+void AnimationPlayer::applyUnsorted(const UnsortedTrack& unsorted, float timeSeconds) {
+    const auto value = unsorted.track->valueAt(timeSeconds);
+    if (value) *unsorted.track->target = *value;
+}
+
+void AnimationPlayer::applySegments(std::size_t first, std::size_t end, float timeSeconds) {
+    for (std::size_t i = first; i < end; ++i) {
+        const Segment& segment = segments_[i];
+        if (segment.mode == kHold) {
+            *segment.target = segment.from;
+            continue;
+        }
+        const float w =
+            EasingWeight(segment.mode, (timeSeconds - segment.origin) / segment.duration);
+        *segment.target = (1.0f - w) * segment.from + w * segment.to;
+    }
+}
+
 void AnimationPlayer::apply(float timeSeconds) {
-    if (!std::isnan(timeSeconds)) {
-        for (std::size_t i = 0; i < segments_.size(); ++i) {
-            if (!(timeSeconds >= segments_[i].startSeconds &&
-                  timeSeconds < segments_[i].endSeconds)) {
-                seek(i, timeSeconds);
-            }
-        }
-        for (const Segment& segment : segments_) {
-            if (segment.mode == kHold) {
-                *segment.target = segment.from;
-                continue;
-            }
-            const float w =
-                EasingWeight(segment.mode, (timeSeconds - segment.origin) / segment.duration);
-            *segment.target = (1.0f - w) * segment.from + w * segment.to;
+    // What is no time lies in no segment, and only single keys hold.
+    if (std::isnan(timeSeconds)) return applyAtNoTime();
+    for (std::size_t i = 0; i < segments_.size(); ++i) {
+        if (!(timeSeconds >= segments_[i].startSeconds && timeSeconds < segments_[i].endSeconds)) {
+            seek(i, timeSeconds);
         }
     }
-    for (KeyframeTrack* track : plain_) {
-        if (const auto value = track->valueAt(timeSeconds)) *track->target = *value;
+    std::size_t applied = 0;
+    for (const UnsortedTrack& unsorted : unsorted_) {
+        applySegments(applied, unsorted.segmentsBefore, timeSeconds);
+        applyUnsorted(unsorted, timeSeconds);
+        applied = unsorted.segmentsBefore;
     }
+    applySegments(applied, segments_.size(), timeSeconds);
+}
+
+void AnimationPlayer::applyAtNoTime() {
+    constexpr float kNoTime = std::numeric_limits<float>::quiet_NaN();
+    std::size_t track = 0;
+    const auto applyUpTo = [&](std::size_t end) {
+        for (; track < end; ++track) {
+            if (times_[track].keyCount != 1) continue;
+            *segments_[track].target = keys_[times_[track].firstKey].value;
+        }
+    };
+    for (const UnsortedTrack& unsorted : unsorted_) {
+        applyUpTo(unsorted.segmentsBefore);
+        applyUnsorted(unsorted, kNoTime);
+    }
+    applyUpTo(segments_.size());
 }

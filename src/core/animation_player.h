@@ -36,14 +36,23 @@ class AnimationPlayer {
         std::uint32_t sampleCount;
     };
 
+    // A track whose keys are not in order of time is read by the plain scan, in its turn.
+    struct UnsortedTrack {
+        std::size_t segmentsBefore;
+        KeyframeTrack* track;
+    };
+
+    void applySegments(std::size_t first, std::size_t end, float timeSeconds);
+    static void applyUnsorted(const UnsortedTrack& unsorted, float timeSeconds);
+    void applyAtNoTime();
     void seek(std::size_t track, float timeSeconds);
     void holdValue(std::size_t track, const Keyframe& key, float start, float end);
     std::uint32_t keysUpTo(const Times& times, float timeSeconds) const;
 
     std::vector<Segment> segments_;
     std::vector<Times> times_;
-    std::vector<Keyframe> keys_;         // all tracks' keys, one after the other
-    std::vector<float> keyTimes_;        // their times alone
-    std::vector<float> samples_;         // every 32nd time of each track
-    std::vector<KeyframeTrack*> plain_;  // tracks whose keys are not in order of time
+    std::vector<Keyframe> keys_;   // all tracks' keys, one after the other
+    std::vector<float> keyTimes_;  // their times alone
+    std::vector<float> samples_;   // every 32nd time of each track
+    std::vector<UnsortedTrack> unsorted_;
 };

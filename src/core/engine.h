@@ -44,7 +44,7 @@ class Engine : public Value_Keyframe_Handler {
     void update(float timeSeconds);
 
     // --- the graph
-    bool createNode(const std::string& nodeId, const std::string& typeName);
+    bool createNode(const std::string& givenId, const std::string& typeName);
     bool addNode(const std::string& nodeId, std::unique_ptr<Node> node);
     bool deleteNode(const std::string& givenId);
     // Links a source to a port that is free; a taken port keeps its source. True when the target
@@ -68,7 +68,8 @@ class Engine : public Value_Keyframe_Handler {
     bool declareVec4(Node* node, const char* name, float (&member)[4], const float (&defaults)[4]);
     bool declareInt(Node* node, const char* name, std::int32_t& member, std::int32_t defaultValue,
                     std::vector<std::string> options);
-    // Three floats named with ".X", ".Y" and ".Z" on consecutive floats.
+    // Three animatable floats named with ".X", ".Y" and ".Z" on consecutive floats. They always
+    // show two decimals; `decimals` is not read.
     bool declareVec3(Node* node, const char* name, float* member, float min, float max,
                      int decimals, const float (&defaults)[3]);
 

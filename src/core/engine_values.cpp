@@ -73,10 +73,10 @@ bool Engine::declareInt(Node* node, const char* name, std::int32_t& member,
 }
 
 bool Engine::declareVec3(Node* node, const char* name, float* member, float min, float max,
-                         int decimals, const float (&defaults)[3]) {
+                         int /*decimals*/, const float (&defaults)[3]) {
     static constexpr const char* kSuffixes[3] = {".X", ".Y", ".Z"};
     for (int axis = 0; axis < 3; ++axis) {
-        declareFloat(node, std::string(name) + kSuffixes[axis], member[axis], min, max, decimals,
+        declareFloat(node, std::string(name) + kSuffixes[axis], member[axis], min, max, 2,
                      defaults[axis], true);
     }
     return true;

@@ -23,8 +23,10 @@ void MusicPlayer::pause() {
 void MusicPlayer::seek(double seconds) {
     if (!channelLive || system == nullptr) return;
     constexpr double kLastMillisecond = 4294967295.0;
-    const double milliseconds = std::clamp(seconds * 1000.0, 0.0, kLastMillisecond);
-    system->setPositionMilliseconds(static_cast<std::uint32_t>(milliseconds));
+    const double milliseconds = std::min(seconds * 1000.0, kLastMillisecond);
+    // No number counts as 0, like what lies before the start.
+    const bool inside = milliseconds > 0.0;
+    system->setPositionMilliseconds(inside ? static_cast<std::uint32_t>(milliseconds) : 0);
 }
 
 void MusicPlayer::update() {

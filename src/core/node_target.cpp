@@ -1,5 +1,7 @@
 #include "core/node_target.h"
 
+#include <GL/glew.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -19,9 +21,18 @@ bool NodeTarget::nodeReadsOwnPicture() const {
     return false;
 }
 
+// The inputs are bound already, and making a target leaves its texture on the active unit: there it
+// would be read while it is drawn to.
+void NodeTarget::makeBack() {
+    GLint bound = 0;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+    back_ = MakeFrameTarget();
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(bound));
+}
+
 void NodeTarget::begin() {
     if (nodeReadsOwnPicture()) {
-        if (back_ == nullptr) back_ = MakeFrameTarget();
+        if (back_ == nullptr) makeBack();
         std::swap(front_, back_);
     }
     front_->Bind();

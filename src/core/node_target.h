@@ -24,6 +24,7 @@ class NodeTarget {
 
   private:
     bool nodeReadsOwnPicture() const;
+    void makeBack();
 
     ImageNode& node_;
     std::shared_ptr<GL_FrameBuffer> front_;  // images[0]

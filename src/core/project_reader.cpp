@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr std::string_view kEndsEarly = "the file ends before its content does";
+
 void ReplaceFirst(std::string& text, std::string_view what, std::string_view with) {
     const std::size_t place = text.find(what);
     if (place != std::string::npos) text.replace(place, what.size(), with);
@@ -67,13 +69,20 @@ ProjectReader::ProjectReader(Engine& engine, std::span<const std::uint8_t> bytes
                              std::string prefix)
     : engine_(engine), in_(bytes), prefix_(std::move(prefix)) {}
 
-void ProjectReader::note(const std::string& fault) {
-    if (fault_.empty()) fault_ = fault;
+void ProjectReader::note(std::initializer_list<std::string_view> words) {
+    if (!fault_.empty()) return;
+    for (const std::string_view word : words) fault_ += word;
+}
+
+bool ProjectReader::hasEntry(std::uint32_t index, std::uint32_t count) {
+    if (index >= count) return false;
+    if (in_.atEnd()) note({kEndsEarly});
+    return !in_.atEnd();
 }
 
 std::string ProjectReader::fault() const {
     if (!fault_.empty()) return fault_;
-    if (in_.ranShort()) return "the file ends before its content does";
+    if (in_.ranShort()) return std::string(kEndsEarly);
     if (in_.cutText()) return "a text of more than 8191 bytes was cut";
     return {};
 }
@@ -115,7 +124,7 @@ void ProjectReader::readSections() {
                 readTracks();
                 break;
             default:
-                note("it has sections that are not known here");
+                note({"it has sections that are not known here"});
                 break;
         }
     }
@@ -133,20 +142,22 @@ void ProjectReader::readStrings() {
 
 void ProjectReader::readTypes() {
     const std::uint32_t count = in_.readU32();
-    for (std::uint32_t i = 0; i < count && !in_.atEnd(); ++i) {
+    for (std::uint32_t i = 0; hasEntry(i, count); ++i) {
         const std::string nodeId = readId();
         const std::string type = readText();
         const bool known = engine_.findNode(nodeId) != nullptr;
         if (!engine_.createNode(nodeId, type)) {
-            note((known ? "it has node \"" + nodeId + "\" twice"
-                        : "node \"" + nodeId + "\" is of the unknown type \"" + type + "\""));
+            if (known)
+                note({"it has node \"", nodeId, "\" twice"});
+            else
+                note({"node \"", nodeId, "\" is of the unknown type \"", type, "\""});
         }
     }
 }
 
 void ProjectReader::readCounters() {
     const std::uint32_t count = in_.readU32();
-    for (std::uint32_t i = 0; i < count && !in_.atEnd(); ++i) {
+    for (std::uint32_t i = 0; hasEntry(i, count); ++i) {
         const std::string type = readId();
         engine_.typeCounters[type] = in_.readI32();
     }
@@ -154,15 +165,16 @@ void ProjectReader::readCounters() {
 
 void ProjectReader::readLinks() {
     const std::uint32_t count = in_.readU32();
-    for (std::uint32_t i = 0; i < count && !in_.atEnd(); ++i) {
+    for (std::uint32_t i = 0; hasEntry(i, count); ++i) {
         const std::string nodeId = readId();
         const std::uint32_t ports = in_.readU32();
         const Node* node = engine_.findNode(nodeId);
         if (node == nullptr) {
-            note("it links the absent node \"" + nodeId + "\"");
+            note({"it links the absent node \"", nodeId, "\""});
             continue;
         }
         const auto known = static_cast<std::uint32_t>(node->inputCount);
+        if (ports > known) note({"node \"", nodeId, "\" has fewer inputs than the file links"});
         for (std::uint32_t port = 0; port < std::min(ports, known); ++port) {
             in_.readU32();
             const std::string source = readText();
@@ -173,15 +185,15 @@ void ProjectReader::readLinks() {
 
 void ProjectReader::readValues() {
     const std::uint32_t count = in_.readU32();
-    for (std::uint32_t i = 0; i < count && !in_.atEnd(); ++i) {
+    for (std::uint32_t i = 0; hasEntry(i, count); ++i) {
         const std::string nodeId = readId();
         const Node* node = engine_.findNode(nodeId);
         const std::uint32_t valueCount = in_.readU32();
-        for (std::uint32_t v = 0; v < valueCount && !in_.atEnd(); ++v) {
+        for (std::uint32_t v = 0; hasEntry(v, valueCount); ++v) {
             const std::string name = readText();
             Value_Object* value = engine_.findValue(node, name);
             if (value == nullptr) {
-                note("node \"" + nodeId + "\" has no value \"" + name + "\"");
+                note({"node \"", nodeId, "\" has no value \"", name, "\""});
                 continue;
             }
             in_.readU32();  // the file's own word for the type; the value's type decides
@@ -217,12 +229,12 @@ void ProjectReader::readPayload(Value_Object& value) {
 
 void ProjectReader::readTracks() {
     const std::uint32_t count = in_.readU32();
-    for (std::uint32_t i = 0; i < count && !in_.atEnd(); ++i) {
+    for (std::uint32_t i = 0; hasEntry(i, count); ++i) {
         const std::string listId = readId();
         const std::uint32_t trackCount = in_.readU32();
         // A list without tracks stays one, so that saving gives the same bytes again.
         if (trackCount == 0) engine_.tracks[listId];
-        for (std::uint32_t t = 0; t < trackCount && !in_.atEnd(); ++t) readTrack();
+        for (std::uint32_t t = 0; hasEntry(t, trackCount); ++t) readTrack();
     }
 }
 
@@ -234,7 +246,7 @@ void ProjectReader::readTrack() {
     readKeys(*track);
     track->owner = engine_.findNode(ownerId);
     if (track->owner != nullptr) resolveTarget(*track, ownerId);
-    if (track->target == nullptr) note("track \"" + track->name + "\" drives nothing");
+    if (track->target == nullptr) note({"track \"", track->name, "\" drives nothing"});
     engine_.appendTrack(ownerId, std::move(track));
 }
 
@@ -249,7 +261,7 @@ void ProjectReader::readKeys(KeyframeTrack& track) {
         key.time = in_.readFloat();
         key.mode = keysHaveModes_ ? in_.readI32() : kKeyCosine;
     }
-    if (present < count) note("the file ends before its content does");
+    if (present < count) note({kEndsEarly});
     track.setKeys(std::move(keys));
 }
 

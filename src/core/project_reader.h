@@ -3,8 +3,10 @@
 // does, but never its memory. Main thread.
 #pragma once
 
+#include <initializer_list>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "core/byte_stream.h"
 
@@ -36,7 +38,10 @@ class ProjectReader {
     void readTrack();
     void readKeys(KeyframeTrack& track);
     void resolveTarget(KeyframeTrack& track, const std::string& ownerId);
-    void note(const std::string& fault);
+    // Keeps the first fault; the words are joined only when they are kept.
+    void note(std::initializer_list<std::string_view> words);
+    // Is entry `index` of `count` there to be read? A file that ends before is at fault.
+    bool hasEntry(std::uint32_t index, std::uint32_t count);
 
     Engine& engine_;
     ByteReader in_;

@@ -2,6 +2,8 @@
 
 #include <SDL.h>
 
+#include <algorithm>
+#include <cctype>
 #include <utility>
 #include <vector>
 
@@ -36,6 +38,7 @@ MessageAnswer AskOnScreen(const std::string& text, const std::string& caption,
     };
     SDL_MessageBoxData box = {};
     box.flags = SDL_MESSAGEBOX_INFORMATION | SDL_MESSAGEBOX_BUTTONS_LEFT_TO_RIGHT;
+    box.window = SDL_GL_GetCurrentWindow();  // so that the box comes up above it
     box.title = caption.c_str();
     box.message = text.c_str();
     box.numbuttons = buttons == MessageButtons::OkCancel ? 2 : 1;
@@ -45,11 +48,20 @@ MessageAnswer AskOnScreen(const std::string& text, const std::string& caption,
     return pressed == kOk ? MessageAnswer::Ok : MessageAnswer::Cancel;
 }
 
+// What the dialogs take for a Windows pattern: all files are "*" where names need no dot, and names
+// have a case.
+std::string FilterOf(std::string_view pattern) {
+    if (pattern == "*.*") return "*";
+    std::string upper(pattern);
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return upper == pattern ? upper : std::string(pattern) + " " + upper;
+}
+
 // The programs that show a desktop's file dialog, with their arguments, in the order of trying.
 std::vector<std::vector<std::string>> DialogPrograms(std::string_view title,
                                                      std::string_view pattern) {
-    // All files are "*.*" on Windows, and "*" where names need no dot.
-    const std::string files(pattern == "*.*" ? "*" : pattern);
+    const std::string files = FilterOf(pattern);
     const std::string titleText(title);
     return {{"zenity", "--file-selection", "--title=" + titleText, "--file-filter=" + files},
             {"kdialog", "--title", titleText, "--getopenfilename", ".", files}};

@@ -73,11 +73,17 @@ void FixPngHeaderSum(FileContent& file) {
 constexpr const char* kTooLarge = "the picture is too large";
 constexpr const char* kTooShort = "the file is too short for the size that it tells";
 
-rlim_t AddressSpaceBytes() {
+// Leaves the process hardly any memory beyond what it has.
+void LimitMemory() {
+#ifndef __SANITIZE_ADDRESS__  // the sanitizer itself needs an address space without limit
     std::ifstream status("/proc/self/statm");
     rlim_t pages = 0;
     status >> pages;
-    return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+    constexpr rlim_t kLittle = 64 << 20;
+    const rlim_t limit = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + kLittle;
+    const rlimit both = {.rlim_cur = limit, .rlim_max = limit};
+    setrlimit(RLIMIT_AS, &both);
+#endif
 }
 
 // The reason why a file is refused, as long as hardly any memory can be had; "decoded" when it is
@@ -87,12 +93,7 @@ std::string ReasonInLittleMemory(const FileContent& file) {
     if (pipe(ends) != 0) return "no pipe";
     const pid_t child = fork();
     if (child == 0) {
-#ifndef __SANITIZE_ADDRESS__  // the sanitizer itself needs an address space without limit
-        constexpr rlim_t kLittle = 64 << 20;
-        const rlim_t limit = AddressSpaceBytes() + kLittle;
-        const rlimit both = {.rlim_cur = limit, .rlim_max = limit};
-        setrlimit(RLIMIT_AS, &both);
-#endif
+        LimitMemory();
         std::string reason;
         if (DecodePictureBytes(file.data(), file.size(), &reason)) reason = "decoded";
         const ssize_t written = write(ends[1], reason.data(), reason.size());

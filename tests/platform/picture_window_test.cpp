@@ -2,10 +2,12 @@
 #include <SDL.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 
 #include "platform/window.h"
+#include "support/sanitizer.h"
 
 namespace {
 
@@ -25,6 +27,7 @@ class OffscreenWindow : public ::testing::Test {
         std::string reason;
         window_ = MakeWindow(WindowKind::Offscreen, reason);
         ASSERT_NE(window_, nullptr) << reason;
+        KeepLibrariesLoaded();
         for (WindowMessage message; window_->takeMessage(message);) continue;
         window_->escapePressed();
     }
@@ -111,6 +114,30 @@ TEST_F(OffscreenWindow, CanBeMadeAgainAfterItIsGone) {
 
 TEST_F(OffscreenWindow, IsNoDisplay) {
     EXPECT_FALSE(DisplayAvailable());
+}
+
+// Windows are made without a screen where the driver that shows nothing is asked for by name.
+TEST(ResizableWindow, PlacesTheMouseOnThePictureWhateverItsSize) {
+    ASSERT_EQ(setenv("SDL_VIDEODRIVER", "offscreen", 1), 0);
+    std::string reason;
+    const std::unique_ptr<Window> window = MakeWindow(WindowKind::Windowed, reason);
+    ASSERT_NE(window, nullptr) << reason;
+    EXPECT_FALSE(window->fullScreen());
+    SDL_SetWindowSize(SDL_GL_GetCurrentWindow(), 1000, 1000);
+    for (WindowMessage message; window->takeMessage(message);) continue;
+    ASSERT_EQ(window->drawableWidth(), 1000);
+    ASSERT_EQ(window->drawableHeight(), 1000);
+    SDL_Event event = {};
+    event.type = SDL_MOUSEMOTION;
+    event.motion.x = 500;
+    event.motion.y = 219 + 281;  // the picture is 562 high, below a bar of 219
+    ASSERT_EQ(SDL_PushEvent(&event), 1);
+    WindowMessage message;
+    ASSERT_TRUE(window->takeMessage(message));
+    EXPECT_EQ(message.message, 512u);
+    EXPECT_EQ(message.x, 960);
+    EXPECT_EQ(message.y, 540);
+    window->swap();
 }
 
 TEST(PerformanceCounter, GoesForwardInTicksOfItsFrequency) {

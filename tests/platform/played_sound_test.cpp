@@ -150,7 +150,7 @@ TEST(PlayedSound, DISABLED_Scene) {
     system->setPositionMilliseconds(1500);
     UpdateFor(*system, 200ms);
     system->play();
-    UpdateFor(*system, 900ms);  // the end comes after 500 ms
+    UpdateFor(*system, 1200ms);  // the end comes after 500 ms
     system->setPositionMilliseconds(100);
     UpdateFor(*system, 300ms);
     system->setPositionMilliseconds(2500);  // past the end

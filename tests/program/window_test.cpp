@@ -8,6 +8,7 @@
 #include <memory>
 #include <thread>
 
+#include "program/close_box.h"
 #include "program/program_runs.h"
 #include "support/project_file.h"
 #include "support/temp_folder.h"
@@ -88,7 +89,7 @@ TEST_F(WindowPath, EscEndsTheProgramWithCode0) {
 
 TEST_F(WindowPath, TheCloseBoxEndsTheProgramWithCode0) {
     start();
-    tool({"windowquit", window_});
+    ASSERT_TRUE(PressCloseBox(server_.display(), std::stoul(window_)));
     const ProcessResult result = program_->wait(kEndSeconds);
     EXPECT_FALSE(result.timedOut) << result.err;
     EXPECT_EQ(result.exitCode, 0) << result.err;
