@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <utility>
 
 #include "core/engine.h"
@@ -218,6 +219,8 @@ TEST_F(UiEngineTest, SeeksClockAndMusicButNotBelowZero) {
     ui.SeekTo(-0.05f);
     EXPECT_EQ(ui.editorTime, 0);
     EXPECT_THAT(takeCalls(), ElementsAre("position 0"));
+    ui.SeekTo(std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(ui.editorTime, 0);
     EXPECT_TRUE(ui.playing);
 }
 
