@@ -87,8 +87,9 @@ std::string Grid(DemoBuilder& demo) {
     demo.pulse(grid, "Pulse", 144, 160, 0.5f, 0.0f, 0.8f);
     const std::string banner = Picture(demo, "wide_banner.png", false);
     demo.setChoice(banner, "Scale", 1);
-    demo.setVec2(banner, "Position", 1.6f, 0.2f);
-    demo.animate(banner, "Position", {{146, 2.0f}, {159, -0.6f, kKeyLinear}}, 0);
+    demo.set(banner, "ScaleFac", 0.7f);
+    demo.setVec2(banner, "Position", 1.6f, 0.55f);
+    demo.animate(banner, "Position", {{146, 1.55f}, {159, -0.3f, kKeyLinear}}, 0);
     const std::string keyed = demo.add("Luma To Alpha", {banner});
     return demo.add("Compose", {grid, keyed});
 }

@@ -4,7 +4,7 @@
 //   m = mix(1, mean of Mask.rgb at input 1's coordinates, MaskIntensity), not below 0.
 //   radius = clamp(15 * Radius * m, 0, 240), in pixels.
 //   result = mix(disc(floor(radius)), disc(ceil(radius)), fract(radius)).
-//   disc(0) is Source itself. disc(size): step = max(1 + max(Accuracy, 0) / 20, size / 16), n = floor(size / step);
+//   disc(0) is Source itself. disc(size): step = max(1 + max(Accuracy, 0) / 20, size / 64), n = floor(size / step);
 //   over all whole x, y from -n to n with l = length(x, y) * step <= size, the weighted mean of
 //   Source at uv + (x, y * aspect) * step * ng_sampleSize.x, so that the disc is round on the screen. The weight is 1,
 //   and 1 + p * (1 + l / size), p = (avg - 0.1) * 8 * clamp(m * 3, 0, 1), for a sample whose mean of r, g, b, avg, is
@@ -23,7 +23,7 @@ in vec2 texcoord_Input[8];
 out vec4 frag[1];
 
 // Steps from the centre of the disc to its rim at most: bounds the loops whatever the parameters say.
-const int kMaxSteps = 16;
+const int kMaxSteps = 64;
 
 vec4 disc(float size, float mask)
 {

@@ -43,7 +43,6 @@ std::string RunBenchmark(Session& session, double seconds) {
     for (long long frame = 0; frame < frames; ++frame) {
         profiler.beginFrame();
         session.runGraph(static_cast<float>(static_cast<double>(frame) / kFramesPerSecond));
-        glFinish();
         profiler.endFrame();
     }
     session.engine->profiler = nullptr;

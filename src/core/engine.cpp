@@ -7,6 +7,7 @@
 #include "core/image_node_shader.h"
 #include "platform/debug_output.h"
 #include "platform/files.h"
+#include "platform/task_pool.h"
 #include "platform/window.h"
 
 Engine::Engine(std::vector<NodeType> builtInTypes, std::unique_ptr<SoundSystem> sound)
@@ -200,10 +201,20 @@ void Engine::clearScene() {
     time = 0.0f;
 }
 
+// Files are decoded on all cores a few nodes ahead of the walk, so that neither time nor memory is
+// wasted on a project of many pictures.
 void Engine::refreshNodes() {
+    constexpr std::size_t kNodesAhead = 32;
+    TaskPool pool;
     renderEnabled = 0;
+    auto ahead = nodes.begin();
+    std::size_t prepared = 0, done = 0;
     for (auto& [nodeId, node] : nodes) {
+        for (; ahead != nodes.end() && prepared < done + kNodesAhead; ++ahead, ++prepared) {
+            if (ahead->second) ahead->second->prepareLoad(pool);
+        }
         if (node) node->process();
+        ++done;
     }
     renderEnabled = 1;
 }

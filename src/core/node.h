@@ -7,6 +7,7 @@
 #include <vector>
 
 class Engine;
+class TaskPool;
 
 // Families of nodes; the numbers are answered by getType and compared by canConnect.
 enum NodeFamily : int {
@@ -29,6 +30,9 @@ class Node {
     virtual bool canConnect(int port, const Node* source) const = 0;
     // Hooks that the engine never calls; nodes answer false unless they have something to say.
     virtual bool inputTypeName(int port, std::string& typeName) const;
+    // Called before the load pass runs process: begins work on other threads that process is going
+    // to wait for, such as the decoding of a file.
+    virtual void prepareLoad(TaskPool&) {}
     // The node's own work for this frame, then its second step.
     virtual bool process() = 0;
     virtual bool postProcess() { return true; }

@@ -12,14 +12,33 @@ void SetMeshAttribute(std::uint32_t location, int floats, std::size_t offset) {
                           reinterpret_cast<const void*>(offset));
 }
 
+// The owner of one mesh's names.
+struct MeshNames {
+    std::uint32_t vertexArray = 0;
+    std::uint32_t vertexBuffer = 0;
+
+    MeshNames() {
+        glGenVertexArrays(1, &vertexArray);
+        glGenBuffers(1, &vertexBuffer);
+    }
+    ~MeshNames() {
+        glDeleteVertexArrays(1, &vertexArray);
+        glDeleteBuffers(1, &vertexBuffer);
+    }
+    MeshNames(const MeshNames&) = delete;
+    MeshNames& operator=(const MeshNames&) = delete;
+};
+
 }  // namespace
 
 void CreateMeshBuffers(GeometryObject& object, std::span<const MeshVertex> vertices) {
     Mat4Identity(object.transform);
     object.vertexCount = static_cast<int>(vertices.size());
-    glGenVertexArrays(1, &object.vertexArray);
+    const auto names = std::make_shared<const MeshNames>();
+    object.vertexArray = names->vertexArray;
+    object.vertexBuffer = names->vertexBuffer;
+    object.buffers = names;
     glBindVertexArray(object.vertexArray);
-    glGenBuffers(1, &object.vertexBuffer);
     glBindBuffer(GL_ARRAY_BUFFER, object.vertexBuffer);
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertices.size_bytes()), vertices.data(),
                  GL_STATIC_DRAW);
@@ -28,12 +47,4 @@ void CreateMeshBuffers(GeometryObject& object, std::span<const MeshVertex> verti
     SetMeshAttribute(2, 2, offsetof(MeshVertex, uv));
     glBindVertexArray(0);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
-}
-
-void ReleaseMeshBuffers(GeometryObject& object) {
-    if (object.vertexArray != 0) glDeleteVertexArrays(1, &object.vertexArray);
-    if (object.vertexBuffer != 0) glDeleteBuffers(1, &object.vertexBuffer);
-    object.vertexArray = 0;
-    object.vertexBuffer = 0;
-    object.vertexCount = 0;
 }

@@ -9,6 +9,7 @@
 #include "gpu/gl_mem_texture.h"
 #include "image/read_image_file.h"
 #include "platform/debug_output.h"
+#include "platform/task_pool.h"
 
 namespace {
 
@@ -60,28 +61,53 @@ bool ImageNode_Reader::canConnect(int, const Node*) const {
     return false;
 }
 
+ImageNode_Reader::PictureFile ImageNode_Reader::readPicture(const std::string& name,
+                                                            bool preMultiply) {
+    PictureFile file;
+    file.name = name;
+    file.preMultiplied = preMultiply;
+    ReadImageFile(name, file.width, file.height, file.channels, file.pixels, preMultiply,
+                  &file.reason);
+    return file;
+}
+
+bool ImageNode_Reader::needsLoad() const {
+    return filename != lastFilename || repeat != lastRepeat || preMultiply != lastPreMultiply;
+}
+
+void ImageNode_Reader::prepareLoad(TaskPool& pool) {
+    if (!needsLoad()) return;
+    ahead_ = pool.run([name = filename, flag = preMultiply] { return readPicture(name, flag); });
+}
+
+// The picture that was decoded ahead, if it is the one that is wanted now.
+ImageNode_Reader::PictureFile ImageNode_Reader::takePicture() {
+    if (ahead_.valid()) {
+        PictureFile file = ahead_.get();
+        if (file.name == filename && file.preMultiplied == preMultiply) return file;
+    }
+    return readPicture(filename, preMultiply);
+}
+
 void ImageNode_Reader::load() {
     lastFilename = filename;
     lastRepeat = repeat;
     lastPreMultiply = preMultiply;
     images[0] = nullptr;
 
-    std::uint32_t width = 0, height = 0, channels = 0;
-    std::unique_ptr<std::uint8_t[]> pixels;
-    std::string reason;
-    ReadImageFile(lastFilename, width, height, channels, pixels, preMultiply, &reason);
-    if (pixels == nullptr) {
-        if (!lastFilename.empty()) ReportBadFile(lastFilename, reason);
+    const PictureFile file = takePicture();
+    if (file.pixels == nullptr) {
+        if (!file.name.empty()) ReportBadFile(file.name, file.reason);
         return;
     }
     const GLenum wrap = repeat ? GL_REPEAT : GL_CLAMP_TO_BORDER;
-    images[0] =
-        std::make_shared<GL_MemTexture>(static_cast<int>(width), static_cast<int>(height),
-                                        channels == 3 ? GL_RGB : GL_RGBA, wrap, wrap, pixels.get());
+    images[0] = std::make_shared<GL_MemTexture>(
+        static_cast<int>(file.width), static_cast<int>(file.height),
+        file.channels == 3 ? GL_RGB : GL_RGBA, wrap, wrap, file.pixels.get());
 }
 
 bool ImageNode_Reader::process() {
-    if (filename != lastFilename || repeat != lastRepeat || preMultiply != lastPreMultiply) load();
+    if (needsLoad()) load();
     setError(images[0] == nullptr);
 
     Mat4 fit;

@@ -3,6 +3,9 @@
 // the OpenGL context.
 #pragma once
 
+#include <cstdint>
+#include <future>
+#include <memory>
 #include <string>
 
 #include "core/image_node.h"
@@ -14,6 +17,7 @@ class ImageNode_Reader : public ImageNode {
     ImageNode_Reader(Engine* owner, const std::string& nodeId);
 
     bool canConnect(int port, const Node* source) const override;
+    void prepareLoad(TaskPool& pool) override;
     bool process() override;
 
     float position[2];
@@ -27,7 +31,20 @@ class ImageNode_Reader : public ImageNode {
     std::string lastFilename;
 
   private:
+    // A picture as it comes from its file, and what it was asked for with.
+    struct PictureFile {
+        std::string name;
+        bool preMultiplied = false;
+        std::uint32_t width = 0, height = 0, channels = 0;
+        std::unique_ptr<std::uint8_t[]> pixels;  // null where there is no picture
+        std::string reason;                      // why there is none
+    };
+    static PictureFile readPicture(const std::string& name, bool preMultiply);
+    bool needsLoad() const;
+    PictureFile takePicture();
     void load();
+
+    std::future<PictureFile> ahead_;  // being decoded on another thread, for the load pass
 };
 
 // The fit of a picture of `width` by `height` into the 16:9 frame, diagonal in texture space. An

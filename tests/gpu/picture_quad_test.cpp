@@ -151,7 +151,7 @@ TEST_F(QuadTest, MeshOfNothingDrawsNothing) {
     glGetBufferParameteriv(GL_ARRAY_BUFFER, GL_BUFFER_SIZE, &size);
     EXPECT_EQ(size, 0);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
-    ReleaseMeshBuffers(object);
+    object = {};
 }
 
 TEST_F(QuadTest, MeshHandsOverPositionNormalAndUv) {
@@ -194,7 +194,7 @@ void main() {
         EXPECT_NEAR(pixels[i + 2], 4, 1e-2);
         EXPECT_NEAR(pixels[i + 3], 5, 1e-2);
     }
-    ReleaseMeshBuffers(object);
+    object = {};
     EXPECT_EQ(object.vertexArray, 0u);
 }
 
@@ -204,8 +204,8 @@ TEST_F(QuadTest, MeshReleasesBothOfItsObjects) {
     CreateMeshBuffers(object, corners);
     const GLuint array = object.vertexArray, buffer = object.vertexBuffer;
     EXPECT_TRUE(glIsVertexArray(array) && glIsBuffer(buffer));
-    ReleaseMeshBuffers(object);
+    object = {};
     EXPECT_FALSE(glIsVertexArray(array));
     EXPECT_FALSE(glIsBuffer(buffer));
-    ReleaseMeshBuffers(object);
+    object = {};
 }

@@ -122,6 +122,19 @@ TEST(SceneFile, AnImportPrefixesEveryIdAndTheCountersToo) {
     EXPECT_EQ(info["tracks"][1]["target"], true);
 }
 
+TEST(SceneFile, AnImportsPrefixIsItsNameWithoutFolderAndLastEnding) {
+    const TempFolder folder;
+    folder.write("demo.vorn", ProjectFile().strings().bytes());
+    folder.write("v1.5/plain", SmallScene(0x86875002).bytes());
+    folder.write("v1.5/two.parts.vorn", SmallScene(0x86875002).bytes());
+    const Json info =
+        VornInfo({"--import", "v1.5/plain", "--import", "v1.5\\two.parts.vorn"}, folder.path());
+    ASSERT_TRUE(info.is_object());
+    ASSERT_EQ(info["nodes"].size(), 6u);
+    EXPECT_EQ(info["nodes"][0]["id"], "plain-Reader1");
+    EXPECT_EQ(info["nodes"][3]["id"], "two.parts-Reader1");
+}
+
 TEST(SceneFile, TwoImportsOfOneFileAddItsNodesOnce) {
     const TempFolder folder;
     folder.write("demo.vorn", SmallScene(0x86875002).bytes());
