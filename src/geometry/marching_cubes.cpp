@@ -1,14 +1,15 @@
 #include "geometry/marching_cubes.h"
 
-#include <cmath>
+#include <utility>
 
 namespace {
 
-// Zero and infinite gradients have no direction: any will do.
+// A gradient that is nothing, or beyond what single precision can square, has no direction: any
+// will do.
 Vec3 NormalOf(const Vec3& gradient) {
     const Vec3 normal = Vec3Normalise(gradient);
-    const float sum = normal.x + normal.y + normal.z;
-    return std::isfinite(sum) ? normal : Vec3{0, 0, 1};
+    const float square = normal.x * normal.x + normal.y * normal.y + normal.z * normal.z;
+    return square > 0.99f && square < 1.01f ? normal : Vec3{0, 0, 1};
 }
 
 float Mix(float from, float to, float part) {
