@@ -54,8 +54,8 @@ class Marcher {
     void addCell(unsigned row, int i, int j, int k) {
         MeshVertex cuts[12];
         for (unsigned edge = 0; edge < 12; ++edge) {
-            if ((kEdgeTable[row] >> edge & 1u) != 0)
-                cuts[edge] = cutEdge(kCellEdges[edge], i, j, k);
+            const bool isCut = (kEdgeTable[row] >> edge & 1u) != 0;
+            if (isCut) cuts[edge] = cutEdge(kCellEdges[edge], i, j, k);
         }
         for (const std::int8_t edge : kTriangleTable[row]) {
             if (edge < 0) break;
