@@ -33,11 +33,10 @@ class ReferencePicture {
     // texels: the error is a 256th of how far the four texels lie apart, for both axes together.
     Sample sample(double u, double v) const;
     std::shared_ptr<GL_FrameBuffer> upload() const;
+    Vec4 texelAt(int x, int y) const;  // transparent black outside
 
     int width, height;
 
   private:
-    Vec4 texelAt(int x, int y) const;
-
     std::vector<Vec4> texels_;
 };
