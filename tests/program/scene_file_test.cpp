@@ -202,9 +202,25 @@ TEST(SceneFile, TypesStandInTheirOrder) {
     const TempFolder folder;
     folder.write("demo.vorn", ProjectFile().strings().bytes());
     const Json types = VornInfo({}, folder.path())["types"];
-    const std::vector<std::string> order = {
-        "Viewer",    "Reader", "Transform2D", "Time Switch Image", "Time Switch Camera",
-        "Sequencer", "Compose"};
+    const std::vector<std::string> order = {"Viewer",
+                                            "Reader",
+                                            "Transform2D",
+                                            "ObjReader",
+                                            "OrbitCamera",
+                                            "Material",
+                                            "3DRender_RAD",
+                                            "3DPrimitive",
+                                            "Kinect2Puppet",
+                                            "LightScreenEffect",
+                                            "Time Switch Image",
+                                            "Time Switch Camera",
+                                            "Combine Geometry",
+                                            "HandLine",
+                                            "FallingModel",
+                                            "Randomize Material",
+                                            "Particle Mesher",
+                                            "Sequencer",
+                                            "Compose"};
     std::vector<std::string> present;
     for (const auto& type : types) {
         if (std::find(order.begin(), order.end(), type) != order.end()) present.push_back(type);
