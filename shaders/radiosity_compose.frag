@@ -1,7 +1,8 @@
 #version 330 core
 // Colour under its occlusion and in its gathered light, with illumination and reflection on top.
 // Occlusion and light come from passes that are drawn upside down. Where additive surfaces lie, the
-// colour's alpha counts the layers, and the colour is their mean.
+// colour's alpha counts the layers, and the colour is their mean. Every texel is taken alone: at the
+// edges of surfaces, a trace of the neighbour's alpha would be a divisor.
 in vec2 texcoord;
 out vec4 frag[1];
 uniform sampler2D image;
@@ -12,12 +13,14 @@ uniform sampler2D refData;
 uniform float giIntensity;
 
 void main() {
-    vec2 flipped = vec2(texcoord.x, 1.0 - texcoord.y);
-    vec4 color = texture(image, texcoord);
-    vec4 ao = texture(aoData, flipped);
-    vec4 giColor = texture(giData, flipped);
-    vec4 illumination = texture(ilData, texcoord);
-    vec4 reflection = texture(refData, texcoord);
+    ivec2 size = textureSize(image, 0);
+    ivec2 place = ivec2(texcoord * vec2(size));
+    ivec2 flipped = ivec2(place.x, size.y - 1 - place.y);
+    vec4 color = texelFetch(image, place, 0);
+    vec4 ao = texelFetch(aoData, flipped, 0);
+    vec4 giColor = texelFetch(giData, flipped, 0);
+    vec4 illumination = texelFetch(ilData, place, 0);
+    vec4 reflection = texelFetch(refData, place, 0);
     color.rgb *= ao.r;
     color.rgb /= color.a > 0.0 ? color.a : 1.0;
     vec3 lit = mix(color.rgb, color.rgb * giColor.rgb, giIntensity);

@@ -49,7 +49,7 @@ void sweep(float size, float hole, float stretch, float factor) {
 
 void main() {
     _texcoord = vec2(texcoord.x, 1.0 - texcoord.y);
-    float z = textureLod(position, texcoord, 0.0).z;
+    float z = texelFetch(position, ivec2(texcoord * vec2(textureSize(position, 0))), 0).z;
     float d = min(Accuracy * -(z + CoC) / 20.0, 1.0);
     float intensity = Radius * d;
     brightness = clamp(intensity * 3.0, 0.0, 1.0);

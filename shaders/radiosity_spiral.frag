@@ -75,8 +75,9 @@ int neededSamples(vec3 p, vec3 n, float radiusStep) {
 }
 
 void main() {
-    vec3 p = textureLod(eyeSpacePosition, texcoord, 0.0).xyz;
-    vec3 n = textureLod(eyeSpaceNormal, texcoord, 0.0).xyz;
+    ivec2 texel = ivec2(texcoord * vec2(textureSize(eyeSpacePosition, 0)));
+    vec3 p = texelFetch(eyeSpacePosition, texel, 0).xyz;
+    vec3 n = texelFetch(eyeSpaceNormal, texel, 0).xyz;
     float rad = RADIUS / p.z;
     float rotatePhase = hash12(texcoord * 100.0) * 6.28;
     float inv = 1.0 / float(max(SAMPLE_COUNT, 1));
