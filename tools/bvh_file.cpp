@@ -61,6 +61,7 @@ class WordReader {
         const WordReader before = *this;
         if (Lower(next()) == lowerWord) return true;
         *this = before;
+        skipSpace();  // to the line of the word that is there
         return false;
     }
     bool atEnd() {

@@ -162,6 +162,7 @@ double BvhFigureHeight(const BvhFile& file) {
 bool ConvertBvh(const BvhFile& file, const BvhJointMap& map, const BvhConversion& conversion,
                 std::vector<CaptureFrame>& frames, std::string& fault) {
     frames.clear();
+    fault.clear();
     double scale = conversion.metresPerUnit;
     if (conversion.figureMetres > 0) scale = conversion.figureMetres / BvhFigureHeight(file);
     if (!std::isfinite(scale) || scale <= 0) {

@@ -1,10 +1,7 @@
 #include "geometry/geometry_node_randomize_material.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
 #include <cstdlib>
-#include <limits>
 
 #include "core/engine.h"
 #include "core/image_node.h"
@@ -13,13 +10,6 @@
 namespace {
 
 enum Port { kModel = 0, kIlluminationImage = 1, kDiffuseImage = 2, kPorts = 3 };
-
-// Truncated; what 32 bits cannot hold, and what is no number, is the smallest integer.
-std::int32_t Truncated(float value) {
-    constexpr float kLimit = 2147483648.0f;
-    if (value >= -kLimit && value < kLimit) return static_cast<std::int32_t>(value);
-    return std::numeric_limits<std::int32_t>::min();
-}
 
 void TakeImage(const Node* source, std::shared_ptr<GL_Image>& image) {
     if (!ImageNode::isImageSource(source)) return;
@@ -42,9 +32,9 @@ GeometryNode_RandomizeMaterial::GeometryNode_RandomizeMaterial(Engine* owner,
     engine->declareFloat(this, "Fresnel", fresnel, 0.1f, 15.0f, 2, 1.0f, true);
     engine->declareVec4(this, "Illum Color", materialTemplate.illumColor, {0, 0, 0, 1});
     engine->declareFloat(this, "Illu%", illuminatedShare, 0.0f, 1.0f, 2, 1.0f, true);
-    engine->declareFloat(this, "Saturation", saturation, 0.0f, 3.0f, 2, 1.0f, true);
-    engine->declareFloat(this, "Randomize", randomize, 0.0f, 1.0f, 2, 0.0f, true);
-    engine->declareFloat(this, "Random Phase", randomPhase, 0.0f, 200.0f, 2, 0.0f, true);
+    engine->declareFloat(this, "Saturation", variation.saturation, 0.0f, 3.0f, 2, 1.0f, true);
+    engine->declareFloat(this, "Randomize", variation.randomize, 0.0f, 1.0f, 2, 0.0f, true);
+    engine->declareFloat(this, "Random Phase", variation.phase, 0.0f, 200.0f, 2, 0.0f, true);
     engine->declareFloat(this, "Random Seed", randomSeed, 0.0f, 10000.0f, 2, 5000.0f, true);
 }
 
@@ -80,39 +70,20 @@ void GeometryNode_RandomizeMaterial::resizeTable() {
 }
 
 void GeometryNode_RandomizeMaterial::fillTable() {
-    Random::seed(static_cast<std::uint32_t>(Truncated(randomSeed)));
+    SeedMaterials(randomSeed);
     for (const auto& entry : materials) vary(*entry);
 }
 
 // Takes five random numbers, whatever the parameters are.
 void GeometryNode_RandomizeMaterial::vary(MaterialData& entry) const {
-    float drifts[3];
-    for (float& value : drifts) value = drift(Random::next());
-    Random::next();
-
     entry = materialTemplate;
     entry.diffuse = 1.0f;
-    float* const color = entry.illumColor;
-    for (int i = 0; i < 3; ++i) color[i] *= 1.0f - drifts[i];
-    const float luma = color[0] * 0.2125f + color[1] * 0.7154f + color[2] * 0.0721f;
-    for (int i = 0; i < 3; ++i) {
-        color[i] = (1.0f - saturation) * luma + saturation * color[i];
-    }
-
+    VaryColour(entry, variation);
     const float lot = static_cast<float>(Random::next() % 1000) / 1000.0f;
     const float on = illuminatedShare > lot ? 1.0f : 0.0f;
     entry.illumination *= on * illumination;
     entry.refFresnel *= fresnel;
     entry.reflection *= reflection;
-}
-
-// A triangle wave that runs with the phase, from a value that the random number fixes; 0 to
-// `randomize`.
-float GeometryNode_RandomizeMaterial::drift(int random) const {
-    constexpr int kHalfPeriod = 10000;
-    const std::int64_t at = std::int64_t{random} + Truncated(randomPhase * 10000.0f);
-    const auto wave = static_cast<int>(at % (2 * kHalfPeriod)) - kHalfPeriod;
-    return static_cast<float>(kHalfPeriod - std::abs(wave)) * randomize / 10000.0f;
 }
 
 void GeometryNode_RandomizeMaterial::takeObjects(const GeometryNode& source) {

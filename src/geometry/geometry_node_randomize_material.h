@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/geometry_node.h"
+#include "geometry/random_materials.h"
 
 class GeometryNode_RandomizeMaterial : public GeometryNode {
   public:
@@ -28,9 +29,7 @@ class GeometryNode_RandomizeMaterial : public GeometryNode {
     float reflection;
     float fresnel;
     float illuminatedShare;  // "Illu%": the share of the copies that glow
-    float saturation;
-    float randomize;
-    float randomPhase;
+    MaterialVariation variation;
     float randomSeed;
 
   private:
@@ -39,5 +38,4 @@ class GeometryNode_RandomizeMaterial : public GeometryNode {
     void fillTable();
     void vary(MaterialData& entry) const;
     void takeObjects(const GeometryNode& source);
-    float drift(int random) const;
 };

@@ -1,28 +1,31 @@
 #include "geometry/random_materials.h"
 
-#include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <limits>
 
 #include "core/random.h"
 
 namespace {
 
-// The whole part of a number; numbers that no 32-bit integer holds give 0.
-std::int32_t WholePart(float number) {
-    return std::fabs(number) < 2147483520.0f ? static_cast<std::int32_t>(number) : 0;
+// Truncated; what 32 bits cannot hold, and what is no number, is the smallest integer.
+std::int32_t Truncated(float value) {
+    constexpr float kLimit = 2147483648.0f;
+    if (value >= -kLimit && value < kLimit) return static_cast<std::int32_t>(value);
+    return std::numeric_limits<std::int32_t>::min();
 }
 
 }  // namespace
 
 void SeedMaterials(float seed) {
-    Random::seed(static_cast<std::uint32_t>(WholePart(seed)));
+    Random::seed(static_cast<std::uint32_t>(Truncated(seed)));
 }
 
 float Drift(int random, float phase, float amount) {
-    const std::int64_t moved = std::int64_t{random} + WholePart(phase * 10000.0f);
-    const int v = static_cast<int>(moved % 20000) - 10000;
-    return static_cast<float>(10000 - std::abs(v)) * amount / 10000.0f;
+    constexpr int kHalfPeriod = 10000;
+    const std::int64_t at = std::int64_t{random} + Truncated(phase * 10000.0f);
+    const auto wave = static_cast<int>(at % (2 * kHalfPeriod)) - kHalfPeriod;
+    return static_cast<float>(kHalfPeriod - std::abs(wave)) * amount / 10000.0f;
 }
 
 void VaryColour(MaterialData& material, const MaterialVariation& variation) {

@@ -63,9 +63,9 @@ class RandomizeMaterialTest : public GeometryTest {
     }
     void expectTable(const Reference& reference, std::uint32_t seed) {
         node.randomSeed = static_cast<float>(seed);
-        node.randomPhase = static_cast<float>(reference.phase);
-        node.randomize = static_cast<float>(reference.randomize);
-        node.saturation = static_cast<float>(reference.saturation);
+        node.variation.phase = static_cast<float>(reference.phase);
+        node.variation.randomize = static_cast<float>(reference.randomize);
+        node.variation.saturation = static_cast<float>(reference.saturation);
         node.illuminatedShare = static_cast<float>(reference.share);
         setColor(static_cast<float>(reference.color[0]), static_cast<float>(reference.color[1]),
                  static_cast<float>(reference.color[2]), 0.5f);
@@ -120,9 +120,9 @@ TEST_F(RandomizeMaterialTest, TakesAModelAndTwoPictures) {
 TEST_F(RandomizeMaterialTest, MakesTheKnownTableOfASeed) {
     node.count = "4";
     node.randomSeed = 1234.9f;  // truncated
-    node.randomPhase = 12.5f;
-    node.randomize = 0.75f;
-    node.saturation = 1.5f;
+    node.variation.phase = 12.5f;
+    node.variation.randomize = 0.75f;
+    node.variation.saturation = 1.5f;
     node.illuminatedShare = 0.5f;
     setColor(0.8f, 0.4f, 0.2f, 1);
     run(node);
@@ -270,9 +270,9 @@ TEST_F(RandomizeMaterialTest, AVastCountIsBounded) {
 
 TEST_F(RandomizeMaterialTest, NumbersBeyondAnIntegerAreNoFault) {
     for (const float bad : {1e30f, -1e30f, std::numeric_limits<float>::quiet_NaN(), 214748.3f}) {
-        node.randomPhase = bad;
+        node.variation.phase = bad;
         node.randomSeed = bad;
-        node.randomize = 1;
+        node.variation.randomize = 1;
         EXPECT_TRUE(run(node));
         EXPECT_TRUE(std::isfinite(entry(0).illumColor[0]));
     }
