@@ -42,6 +42,8 @@ class Node {
     // Runs update, but never enters a node that is already running: in a cycle the consumer sees
     // that node's product of the last time. Also gives up at a depth that no stack could hold.
     bool pull();
+    // True while the node itself, or an input that it has pulled, runs.
+    bool isRunning() const { return running_; }
 
     void setInputCount(int count);
     std::string getInputName(int port) const;

@@ -33,6 +33,5 @@ bool MaterialNode::process() {
 
 std::shared_ptr<MaterialData> MaterialInput(const Node& node, int port) {
     const Node* source = node.getInput(port);
-    const bool fits = source != nullptr && source->getType() == kMaterialNode;
-    return fits ? static_cast<const MaterialNode*>(source)->data : nullptr;
+    return IsMaterialSource(source) ? static_cast<const MaterialNode*>(source)->data : nullptr;
 }

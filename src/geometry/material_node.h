@@ -18,5 +18,9 @@ class MaterialNode : public Node {
     std::shared_ptr<MaterialData> data;
 };
 
+inline bool IsMaterialSource(const Node* source) {
+    return source != nullptr && source->getType() == kMaterialNode;
+}
+
 // The surface that is connected to a node's port, or null.
 std::shared_ptr<MaterialData> MaterialInput(const Node& node, int port);

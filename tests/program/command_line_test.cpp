@@ -217,7 +217,7 @@ TEST(CommandLine, StrictFailsWithCode6OnAShaderThatDoesNotCompile) {
     EXPECT_EQ(RunVorn({"--info"}, folder.path()).exitCode, 0);
     const ProcessResult strict = RunVorn({"--info", "--strict"}, folder.path());
     EXPECT_EQ(strict.exitCode, 6);
-    EXPECT_EQ(LinesWith(strict.err, "Broken: "), 1) << strict.err;
+    EXPECT_EQ(LinesWith(strict.err, "broken.node: "), 1) << strict.err;
 }
 
 TEST(CommandLine, TheProjectsFolderBecomesTheWorkingDirectory) {

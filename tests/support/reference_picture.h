@@ -33,6 +33,7 @@ class ReferencePicture {
     // texels lie apart.
     Sample sample(double u, double v) const;
     std::shared_ptr<GL_FrameBuffer> upload() const;
+    Vec4 texelAt(int x, int y) const;  // transparent black outside
 
     int width, height;
     // How far off a renderer may sample, in texels, both axes together: it keeps 8 bits or more of
@@ -40,7 +41,5 @@ class ReferencePicture {
     double placeError = 1.0 / 256;
 
   private:
-    Vec4 texelAt(int x, int y) const;
-
     std::vector<Vec4> texels_;
 };
