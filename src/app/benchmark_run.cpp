@@ -43,7 +43,6 @@ std::string RunBenchmark(Session& session, double seconds) {
     for (long long frame = 0; frame < frames; ++frame) {
         profiler.beginFrame();
         session.runGraph(static_cast<float>(static_cast<double>(frame) / kFramesPerSecond));
-        glFinish();
         profiler.endFrame();
     }
     session.engine->profiler = nullptr;
@@ -54,5 +53,8 @@ std::string RunBenchmark(Session& session, double seconds) {
     json["frame"] = SamplesInfo(profiler.frames());
     json["nodes"] = Json::object();
     for (const auto& [id, samples] : profiler.nodes()) json["nodes"][id] = SamplesInfo(samples);
+    json["passes"] = Json::object();
+    for (const auto& [name, samples] : profiler.passes())
+        json["passes"][name] = SamplesInfo(samples);
     return json.dump(2, ' ', false, Json::error_handler_t::replace);
 }

@@ -4,7 +4,19 @@
 #include "core/image_node_time_switch.h"
 #include "core/transform3d_node_time_switch.h"
 #include "editor/ui_viewer_node.h"
+#include "geometry/geometry_node_combine_geometry.h"
+#include "geometry/geometry_node_falling_models.h"
+#include "geometry/geometry_node_hand_line.h"
+#include "geometry/geometry_node_kinect_model.h"
+#include "geometry/geometry_node_obj_reader.h"
+#include "geometry/geometry_node_particle_mesher.h"
+#include "geometry/geometry_node_primitives.h"
+#include "geometry/geometry_node_randomize_material.h"
+#include "geometry/geometry_node_screen_effect_kinect.h"
+#include "geometry/material_node.h"
+#include "geometry/transform3d_node_orbit_camera.h"
 #include "image/image_node_compose.h"
+#include "image/image_node_radiosity_renderer.h"
 #include "image/image_node_reader.h"
 #include "image/image_node_transform2d.h"
 
@@ -26,8 +38,20 @@ std::vector<NodeType> BuiltInNodeTypes() {
         {"Viewer", MakeViewer},
         {"Reader", Make<ImageNode_Reader>},
         {"Transform2D", Make<ImageNode_Transform2D>},
+        {"ObjReader", Make<GeometryNode_ObjReader>},
+        {"OrbitCamera", Make<Transform3DNode_OrbitCamera>},
+        {"Material", Make<MaterialNode>},
+        {"3DRender_RAD", Make<ImageNode_RadiosityRenderer>},
+        {"3DPrimitive", Make<GeometryNode_Primitives>},
+        {"Kinect2Puppet", Make<GeometryNode_KinectModel>},
+        {"LightScreenEffect", Make<GeometryNode_ScreenEffectKinect>},
         {"Time Switch Image", Make<ImageNode_TimeSwitch>},
         {"Time Switch Camera", Make<Transform3DNode_TimeSwitch>},
+        {"Combine Geometry", Make<GeometryNode_CombineGeometry>},
+        {"HandLine", Make<GeometryNode_HandLine>},
+        {"FallingModel", Make<GeometryNode_FallingModels>},
+        {"Randomize Material", Make<GeometryNode_RandomizeMaterial>},
+        {"Particle Mesher", Make<GeometryNode_ParticleMesher>},
         {"Sequencer", Make<ImageNode_Sequence>},
         {"Compose", Make<ImageNode_Compose>},
     };

@@ -53,29 +53,42 @@ std::optional<std::string> EnterProjectFolder(const std::string& project) {
 // What the editor's Import puts before the ids of a merged file: the file's name without its
 // ending.
 std::string ImportPrefix(const std::string& file) {
-    std::string stem = file.substr(0, file.rfind('.'));
-    const std::size_t folder = stem.find_last_of("\\/");
-    if (folder != std::string::npos) stem.erase(0, folder + 1);
-    return stem + "-";
+    return fs::path(file).stem().string() + "-";
 }
 
-int LoadProject(Session& session, const CommandLine& commandLine, const std::string& project,
-                bool found) {
+enum class ClearScene { No, Yes };
+
+// Loads a file into the scene; false when it cannot be done, which has been told in one line.
+bool LoadFile(Session& session, const std::string& file, ClearScene clear,
+              const std::string& prefix) {
+    const std::size_t toldBefore = BadFileCount();
+    if (session.engine->load(file, clear == ClearScene::Yes, prefix)) return true;
+    if (BadFileCount() == toldBefore) Fail(file, "cannot be read");
+    return false;
+}
+
+int LoadProject(Session& session, const CommandLine& commandLine,
+                const std::optional<std::string>& project) {
+    bool loaded = false;
+    if (project) {
+        loaded = LoadFile(session, *project, ClearScene::Yes, "");
+    } else {
+        Fail(commandLine.project, "no such project");
+    }
     // Playing goes on with an empty scene where the default project is missing or bad.
     const bool needed = commandLine.projectGiven || commandLine.headless();
-    if (!found) {
-        Fail(commandLine.project, "no such project");
-        if (needed) return kExitNoProject;
-    } else if (!session.engine->load(project, true, "")) {
-        Fail(commandLine.project, "is not a project");
-        if (needed) return kExitNoProject;
-    }
+    if (!loaded && needed) return kExitNoProject;
     for (const std::string& file : commandLine.imports) {
-        if (session.engine->load(file, false, ImportPrefix(file))) continue;
-        Fail(file, "cannot be imported: missing, or not a project");
-        return kExitNoProject;
+        if (!LoadFile(session, file, ClearScene::No, ImportPrefix(file))) return kExitNoProject;
     }
     return kExitDone;
+}
+
+int Print(const std::string& text) {
+    std::printf("%s\n", text.c_str());
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return kExitDone;
+    Fail("standard output", "cannot be written");
+    return kExitOutputFailed;
 }
 
 // Everything that is asked of a run without a window.
@@ -84,16 +97,28 @@ int RunHeadless(Session& session, const CommandLine& commandLine) {
         Fail(*commandLine.savePath, "cannot be written");
         return kExitOutputFailed;
     }
-    if (commandLine.info) std::printf("%s\n", SceneInfo(*session.engine).c_str());
+    if (commandLine.info) {
+        const int code = Print(SceneInfo(*session.engine));
+        if (code != kExitDone) return code;
+    }
     for (const Shot& shot : commandLine.shots) {
         if (TakeShot(session, shot)) continue;
         Fail(shot.file, "cannot be written");
         return kExitOutputFailed;
     }
-    if (commandLine.benchSeconds) {
-        std::printf("%s\n", RunBenchmark(session, *commandLine.benchSeconds).c_str());
+    if (!commandLine.benchSeconds) return kExitDone;
+    return Print(RunBenchmark(session, *commandLine.benchSeconds));
+}
+
+// The end of a strict run. Looks at those files too that are otherwise missed in silence, or only
+// when a frame is run.
+int StrictExitCode(Session& session) {
+    session.engine->music->setFile(session.engine->musicFile);
+    for (const TextRenderer* font :
+         {session.ui->master.verdana.get(), session.ui->master.courier.get()}) {
+        if (!font->usable()) ReportBadFile(font->fileName(), "cannot be read as a font");
     }
-    return std::fflush(stdout) == 0 ? kExitDone : kExitOutputFailed;
+    return BadFileCount() > 0 ? kExitStrictFault : kExitDone;
 }
 
 void AnswerBoxesWithoutUser() {
@@ -123,13 +148,13 @@ int RunProgram(const CommandLine& given) {
         Fail("OpenGL", reason.c_str());
         return exitCode;
     }
-    exitCode = LoadProject(*session, commandLine, project.value_or(""), project.has_value());
+    exitCode = LoadProject(*session, commandLine, project);
     if (exitCode != kExitDone) return exitCode;
     if (commandLine.headless()) {
         exitCode = RunHeadless(*session, commandLine);
     } else {
         RunMainLoop(*session);
     }
-    if (exitCode == kExitDone && commandLine.strict && BadFileCount() > 0) return kExitStrictFault;
+    if (exitCode == kExitDone && commandLine.strict) return StrictExitCode(*session);
     return exitCode;
 }

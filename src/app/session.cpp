@@ -24,6 +24,8 @@ std::unique_ptr<Session> Session::Start(WindowKind kind, std::string& reason, in
     session->window = MakeWindow(kind, reason);
     if (session->window == nullptr) return nullptr;
     InstallGlDebugMessages();
+    // A player's picture has no arrow on it.
+    session->window->showCursor(false);
 
     const bool audible = kind != WindowKind::Offscreen;
     session->engine = std::make_unique<Engine>(BuiltInNodeTypes(), MakeSoundSystem(audible));

@@ -7,8 +7,8 @@
 namespace {
 
 constexpr std::int32_t kHold = -1;
-constexpr std::uint32_t kSampleStep = 32;
 constexpr float kForever = std::numeric_limits<float>::infinity();
+constexpr float kNoTime = std::numeric_limits<float>::quiet_NaN();
 
 bool InOrder(std::span<const Keyframe> keys) {
     for (std::size_t i = 0; i + 1 < keys.size(); ++i) {
@@ -17,21 +17,34 @@ bool InOrder(std::span<const Keyframe> keys) {
     return keys.empty() || !std::isnan(keys.back().time);
 }
 
-// Number of the `count` ascending times that are at or before a time, without branches.
+void Prefetch(const void* place) {
+#if defined(__GNUC__)
+    __builtin_prefetch(place);
+#else
+    static_cast<void>(place);
+#endif
+}
+
+// Number of the ascending times that are at or before a time, by halving. The choice of the half is
+// no branch: which way it goes cannot be foreseen.
 std::uint32_t CountUpTo(const float* times, std::uint32_t count, float timeSeconds) {
-    std::uint32_t result = 0;
-    for (std::uint32_t i = 0; i < count; ++i) result += times[i] <= timeSeconds ? 1u : 0u;
-    return result;
+    const float* place = times;
+    while (count > 1) {
+        const std::uint32_t half = count / 2;
+        place += place[half - 1] <= timeSeconds ? half : 0;
+        count -= half;
+    }
+    return static_cast<std::uint32_t>(place - times) + (*place <= timeSeconds ? 1u : 0u);
 }
 
 }  // namespace
 
 void AnimationPlayer::compile(std::span<KeyframeTrack* const> tracks) {
     segments_.clear();
-    times_.clear();
+    places_.clear();
     keys_.clear();
-    keyTimes_.clear();
-    samples_.clear();
+    blocks_.clear();
+    blockStarts_.clear();
     unsorted_.clear();
     for (KeyframeTrack* track : tracks) {
         const std::vector<Keyframe>& keys = track->keys();
@@ -40,42 +53,39 @@ void AnimationPlayer::compile(std::span<KeyframeTrack* const> tracks) {
             unsorted_.push_back({segments_.size(), track});
             continue;
         }
-        const auto count = static_cast<std::uint32_t>(keys.size());
-        const Times times{static_cast<std::uint32_t>(keys_.size()), count,
-                          static_cast<std::uint32_t>(samples_.size()),
-                          (count + kSampleStep - 1) / kSampleStep};
-        for (std::uint32_t i = 0; i < count; ++i) {
-            if (i % kSampleStep == 0) samples_.push_back(keys[i].time);
-            keyTimes_.push_back(keys[i].time);
-            keys_.push_back(keys[i]);
-        }
-        times_.push_back(times);
+        appendKeys(keys);
         // An empty span of time, so that the first frame seeks.
         segments_.push_back({kForever, -kForever, 0, 1, 0, 0, kHold, track->target});
     }
+    seeks_.resize(segments_.size());
 }
 
-std::uint32_t AnimationPlayer::keysUpTo(const Times& times, float timeSeconds) const {
-    const float* samples = samples_.data() + times.firstSample;
-    const auto block = static_cast<std::uint32_t>(
-        std::upper_bound(samples, samples + times.sampleCount, timeSeconds) - samples);
-    if (block == 0) return 0;
-    const std::uint32_t first = (block - 1) * kSampleStep;
-    return first + CountUpTo(keyTimes_.data() + times.firstKey + first,
-                             std::min(kSampleStep, times.keyCount - first), timeSeconds);
+void AnimationPlayer::appendKeys(std::span<const Keyframe> keys) {
+    const auto blockCount =
+        static_cast<std::uint32_t>((keys.size() + kBlockTimes - 1) / kBlockTimes);
+    places_.push_back({static_cast<std::uint32_t>(keys_.size()),
+                       static_cast<std::uint32_t>(keys.size()),
+                       static_cast<std::uint32_t>(blocks_.size()), blockCount});
+    for (std::size_t i = 0; i < blockCount * kBlockTimes; ++i) {
+        if (i % kBlockTimes == 0) {
+            blocks_.emplace_back();
+            blockStarts_.push_back(keys[i].time);
+        }
+        // What is no time is never at or before one.
+        blocks_.back().times[i % kBlockTimes] = i < keys.size() ? keys[i].time : kNoTime;
+    }
+    keys_.insert(keys_.end(), keys.begin(), keys.end());
 }
 
 void AnimationPlayer::holdValue(std::size_t track, const Keyframe& key, float start, float end) {
     segments_[track] = {start, end, 0, 1, key.value, key.value, kHold, segments_[track].target};
 }
 
-void AnimationPlayer::seek(std::size_t track, float timeSeconds) {
-    const Times& times = times_[track];
-    const Keyframe* keys = keys_.data() + times.firstKey;
-    const std::uint32_t count = times.keyCount;
+// The segment of a track that has passed so many of its keys.
+void AnimationPlayer::enter(std::size_t track, std::uint32_t passed) {
+    const Keyframe* keys = keys_.data() + places_[track].firstKey;
+    const std::uint32_t count = places_[track].keyCount;
     if (count == 1) return holdValue(track, keys[0], -kForever, kForever);
-
-    const std::uint32_t passed = keysUpTo(times, timeSeconds);
     if (passed == 0) return holdValue(track, keys[0], -kForever, keys[0].time);
     if (passed == count) return holdValue(track, keys[count - 1], keys[count - 1].time, kForever);
     const Keyframe& a = keys[passed - 1];
@@ -88,6 +98,27 @@ void AnimationPlayer::seek(std::size_t track, float timeSeconds) {
                         b.value,
                         b.mode == kHold ? kKeyCosine : b.mode,
                         segments_[track].target};
+}
+
+// Takes each step for all tracks before the next, so that the memory that a step needs is on its
+// way while other tracks are looked at.
+void AnimationPlayer::seek(std::span<Seek> seeks, float timeSeconds) {
+    for (Seek& s : seeks) {
+        const Place& place = places_[s.track];
+        const std::uint32_t begun =
+            CountUpTo(blockStarts_.data() + place.firstBlock, place.blockCount, timeSeconds);
+        s.block = begun == 0 ? 0 : begun - 1;
+        Prefetch(&blocks_[place.firstBlock + s.block]);
+    }
+    for (Seek& s : seeks) {
+        const Place& place = places_[s.track];
+        s.passed = s.block * kBlockTimes;
+        for (const float keyTime : blocks_[place.firstBlock + s.block].times) {
+            s.passed += keyTime <= timeSeconds ? 1u : 0u;
+        }
+        Prefetch(keys_.data() + place.firstKey + s.passed);
+    }
+    for (const Seek& s : seeks) enter(s.track, s.passed);
 }
 
 void AnimationPlayer::applyUnsorted(const UnsortedTrack& unsorted, float timeSeconds) {
@@ -111,11 +142,13 @@ void AnimationPlayer::applySegments(std::size_t first, std::size_t end, float ti
 void AnimationPlayer::apply(float timeSeconds) {
     // What is no time lies in no segment, and only single keys hold.
     if (std::isnan(timeSeconds)) return applyAtNoTime();
+    std::size_t seekCount = 0;
     for (std::size_t i = 0; i < segments_.size(); ++i) {
         if (!(timeSeconds >= segments_[i].startSeconds && timeSeconds < segments_[i].endSeconds)) {
-            seek(i, timeSeconds);
+            seeks_[seekCount++] = {static_cast<std::uint32_t>(i), 0, 0};
         }
     }
+    seek(std::span(seeks_).first(seekCount), timeSeconds);
     std::size_t applied = 0;
     for (const UnsortedTrack& unsorted : unsorted_) {
         applySegments(applied, unsorted.segmentsBefore, timeSeconds);
@@ -126,12 +159,11 @@ void AnimationPlayer::apply(float timeSeconds) {
 }
 
 void AnimationPlayer::applyAtNoTime() {
-    constexpr float kNoTime = std::numeric_limits<float>::quiet_NaN();
     std::size_t track = 0;
     const auto applyUpTo = [&](std::size_t end) {
         for (; track < end; ++track) {
-            if (times_[track].keyCount != 1) continue;
-            *segments_[track].target = keys_[times_[track].firstKey].value;
+            if (places_[track].keyCount != 1) continue;
+            *segments_[track].target = keys_[places_[track].firstKey].value;
         }
     };
     for (const UnsortedTrack& unsorted : unsorted_) {

@@ -1,7 +1,7 @@
 // Plays all keyframe tracks of a scene: each frame it writes every track's value for the present
 // time through its target. It keeps the segment that each track is in, so that a playing demo costs
 // one comparison and one interpolation a track; a seek finds the segment through a small table of
-// every 32nd time. The values are bit for bit those of KeyframeTrack::valueAt. No allocation but
+// every 16th time. The values are bit for bit those of KeyframeTrack::valueAt. No allocation but
 // when tracks or keys have changed. Main thread.
 #pragma once
 
@@ -29,30 +29,44 @@ class AnimationPlayer {
         std::int32_t mode;  // of the later key, kHold for one value
         float* target;
     };
-    struct Times {
-        std::uint32_t firstKey;  // of this track in times_ and keys_
-        std::uint32_t keyCount;
-        std::uint32_t firstSample;  // of this track in samples_
-        std::uint32_t sampleCount;
+    static constexpr std::uint32_t kBlockTimes = 16;
+    // The times of sixteen keys: one line of cache.
+    struct alignas(64) Block {
+        float times[kBlockTimes];
     };
-
+    // Where a track's keys lie.
+    struct Place {
+        std::uint32_t firstKey;  // in keys_
+        std::uint32_t keyCount;
+        std::uint32_t firstBlock;  // in blocks_ and blockStarts_
+        std::uint32_t blockCount;
+    };
     // A track whose keys are not in order of time is read by the plain scan, in its turn.
     struct UnsortedTrack {
         std::size_t segmentsBefore;
         KeyframeTrack* track;
     };
+    // A track that has left its segment, the block of times that holds the present one, and the
+    // number of keys at or before it.
+    struct Seek {
+        std::uint32_t track;
+        std::uint32_t block;
+        std::uint32_t passed;
+    };
 
     void applySegments(std::size_t first, std::size_t end, float timeSeconds);
     static void applyUnsorted(const UnsortedTrack& unsorted, float timeSeconds);
     void applyAtNoTime();
-    void seek(std::size_t track, float timeSeconds);
+    void appendKeys(std::span<const Keyframe> keys);
+    void seek(std::span<Seek> seeks, float timeSeconds);
+    void enter(std::size_t track, std::uint32_t passed);
     void holdValue(std::size_t track, const Keyframe& key, float start, float end);
-    std::uint32_t keysUpTo(const Times& times, float timeSeconds) const;
 
     std::vector<Segment> segments_;
-    std::vector<Times> times_;
-    std::vector<Keyframe> keys_;   // all tracks' keys, one after the other
-    std::vector<float> keyTimes_;  // their times alone
-    std::vector<float> samples_;   // every 32nd time of each track
+    std::vector<Place> places_;       // parallel to segments_
+    std::vector<Keyframe> keys_;      // all tracks' keys, one after the other
+    std::vector<Block> blocks_;       // their times alone
+    std::vector<float> blockStarts_;  // the first time of each block
     std::vector<UnsortedTrack> unsorted_;
+    std::vector<Seek> seeks_;  // room for the seeks of one frame
 };

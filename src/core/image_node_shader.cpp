@@ -35,7 +35,7 @@ ImageNode_Shader::ImageNode_Shader(Engine* owner, const std::string& nodeId,
         std::make_unique<ShaderProgram>(script.name, EmbeddedShader("script_node.vert").data(),
                                         nullptr, script.source.c_str(), QuadAttributes(), 1);
     setError(!program->linked);
-    if (hasError) ReportBadFile(script.name, "its shader does not compile");
+    if (hasError) ReportBadFile(script.fileName, "its shader does not compile");
     findLocations();
 }
 

@@ -28,18 +28,16 @@ struct Keyframe {
 };
 static_assert(sizeof(Keyframe) == 12);
 
-// Weight of the later key at `t` in 0..1.
+// Weight of the later key at `t` in 0..1. The cheap ones are all computed and one is chosen: over
+// many tracks a jump by mode costs more.
 inline float EasingWeight(std::int32_t mode, float t) {
-    switch (mode) {
-        case kKeyLinear:
-            return t;
-        case kKeyEaseIn:
-            return t * t * t;
-        case kKeyEaseOut:
-            return 1.0f - (1.0f - t) * (1.0f - t) * (1.0f - t);
-        default:
-            return (1.0f - std::cos(t * 3.1415927f)) * 0.5f;
+    if (mode < kKeyLinear || mode > kKeyEaseOut) {
+        return (1.0f - std::cos(t * 3.1415927f)) * 0.5f;
     }
+    const float easeIn = t * t * t;
+    const float easeOut = 1.0f - (1.0f - t) * (1.0f - t) * (1.0f - t);
+    const float eased = mode == kKeyEaseIn ? easeIn : easeOut;
+    return mode == kKeyLinear ? t : eased;
 }
 
 class KeyframeTrack {

@@ -193,6 +193,7 @@ class ScriptParser {
 }  // namespace
 
 bool parseScript(std::string_view text, std::string_view fileName, NodeScript& script) {
+    script.fileName = fileName;
     ScriptParser parser(text, script);
     parser.run();
     if (!parser.fault().empty()) ReportBadFile(fileName, parser.fault());

@@ -45,9 +45,15 @@ struct TextRenderer::SizeTable {
 };
 
 TextRenderer::TextRenderer(std::string_view fileName, UiBatch& batch)
-    : batch_(batch), font_(std::make_unique<Font>(ResolvePath(fileName).string())) {}
+    : batch_(batch),
+      fileName_(fileName),
+      font_(std::make_unique<Font>(ResolvePath(fileName).string())) {}
 
 TextRenderer::~TextRenderer() = default;
+
+bool TextRenderer::usable() const {
+    return font_->face != nullptr;
+}
 
 TextRenderer::SizeTable& TextRenderer::sizeTable(int pixelSize) {
     for (const std::unique_ptr<SizeTable>& table : sizes_) {

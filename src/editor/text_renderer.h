@@ -28,6 +28,9 @@ class TextRenderer {
     // Width in pixels: the sum of the advances.
     int MeasureText(int pixelSize, std::string_view text);
 
+    bool usable() const;  // false without a font
+    const std::string& fileName() const { return fileName_; }
+
   private:
     struct Font;  // FreeType's library and face
     struct GlyphEntry;
@@ -39,6 +42,7 @@ class TextRenderer {
     void placeGlyph(int pixelSize, char character, GlyphEntry& entry);
 
     UiBatch& batch_;
+    std::string fileName_;
     std::unique_ptr<Font> font_;
     std::vector<std::unique_ptr<SizeTable>> sizes_;
     bool toldHighBit_ = false;

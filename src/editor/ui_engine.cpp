@@ -2,8 +2,6 @@
 
 #include <GL/glew.h>
 
-#include <algorithm>
-
 #include "core/engine.h"
 #include "editor/ui_viewer_node.h"
 #include "gpu/embedded_shaders.h"
@@ -86,7 +84,7 @@ void UI_Engine::TogglePlay() {
 }
 
 void UI_Engine::SeekTo(float seconds) {
-    editorTime = std::max(seconds, 0.0f);
+    editorTime = seconds > 0.0f ? seconds : 0.0f;  // also what is no number
     engine->music->seek(static_cast<double>(editorTime));
 }
 

@@ -38,6 +38,12 @@ std::size_t DrainErrors() {
     return count;
 }
 
+// What is given to the driver of a name; a longer one would be an error.
+GLsizei LengthOf(std::string_view name) {
+    constexpr std::size_t kLongestName = 255;  // every driver takes this many characters
+    return static_cast<GLsizei>(std::min(name.size(), kLongestName));
+}
+
 }  // namespace
 
 void InstallGlDebugMessages() {
@@ -56,15 +62,12 @@ std::size_t GlErrorCount() {
 
 void LabelGlObject(std::uint32_t kind, std::uint32_t object, std::string_view label) {
     if (!GLEW_KHR_debug || glObjectLabel == nullptr) return;
-    constexpr std::size_t kLongestLabel = 255;  // every driver takes this many characters
-    const std::size_t length = std::min(label.size(), kLongestLabel);
-    glObjectLabel(kind, object, static_cast<GLsizei>(length), label.data());
+    glObjectLabel(kind, object, LengthOf(label), label.data());
 }
 
 GlDebugGroup::GlDebugGroup(std::string_view name) {
     if (!GLEW_KHR_debug || glPushDebugGroup == nullptr) return;
-    glPushDebugGroup(GL_DEBUG_SOURCE_APPLICATION, 0, static_cast<GLsizei>(name.size()),
-                     name.data());
+    glPushDebugGroup(GL_DEBUG_SOURCE_APPLICATION, 0, LengthOf(name), name.data());
 }
 
 GlDebugGroup::~GlDebugGroup() {

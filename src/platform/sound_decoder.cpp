@@ -17,7 +17,7 @@ namespace {
 
 using FileBytes = std::span<const std::uint8_t>;
 
-constexpr std::uint32_t kMostSeconds = 30 * 60;
+constexpr std::uint32_t kMostSeconds = 10 * 60;
 constexpr std::size_t kBlockFrames = 4096;
 constexpr int kLowestRate = 1000;
 constexpr int kHighestRate = 192000;

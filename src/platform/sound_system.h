@@ -46,6 +46,6 @@ struct DecodedSound {
     std::uint32_t channels = 0;         // 1 or 2
     std::uint32_t framesPerSecond = 0;
 };
-// False with `reason` in a few words when the file cannot be read as a sound. At most 30 minutes
+// False with `reason` in a few words when the file cannot be read as a sound. At most 10 minutes
 // are decoded. Any thread.
 bool DecodeSoundFile(std::string_view windowsName, DecodedSound& sound, std::string& reason);

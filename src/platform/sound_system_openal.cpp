@@ -40,17 +40,14 @@ class PositionClock {
     bool running_ = false;
 };
 
-// Names that stand for "no file chosen": nothing, or a folder.
+// Names that stand for "no file chosen", the default among them: nothing, or a folder. They are
+// silence without a word.
 bool NamesNoFile(std::string_view name) {
     return name.empty() || name.back() == '\\' || name.back() == '/';
 }
 
 void ReportSound(const std::string& name, const std::string& reason) {
-    if (NamesNoFile(name)) {
-        DebugOutput("No music: \"" + name + "\" is no file\n");
-    } else {
-        ReportBadFile(name, reason);
-    }
+    if (!NamesNoFile(name)) ReportBadFile(name, reason);
 }
 
 // One file on its way: decoded on a thread of its own, which ends soon when this is destroyed.

@@ -1,13 +1,53 @@
 // The main loop over a session without a window.
 #include "app/main_loop.h"
 
+#include <SDL.h>
 #include <gtest/gtest.h>
+
+#include <deque>
 
 #include "app/session.h"
 #include "platform/debug_output.h"
 #include "support/temp_folder.h"
 
 namespace {
+
+// The session's window with messages and an Esc key of the test's own.
+class ScriptedWindow final : public Window {
+  public:
+    explicit ScriptedWindow(std::unique_ptr<Window> real) : real_(std::move(real)) {}
+
+    bool fullScreen() const override { return false; }
+    int drawableWidth() const override { return real_->drawableWidth(); }
+    int drawableHeight() const override { return real_->drawableHeight(); }
+    bool takeMessage(WindowMessage& message) override {
+        if (messages.empty()) return false;
+        message = messages.front();
+        messages.pop_front();
+        return true;
+    }
+    bool escapePressed() override { return escapeAfterPolls-- == 0; }
+    bool shiftHeld() const override { return false; }
+    void swap() override {
+        ++swaps;
+        messagesLeftAtSwap = messages.size();
+        if (afterSwap) afterSwap();
+        real_->swap();
+    }
+    void showCursor(bool visible) override { real_->showCursor(visible); }
+    void setTitle(const std::string& title) override { real_->setTitle(title); }
+    std::string clipboardText() const override { return {}; }
+    void setClipboardText(const std::string&) override {}
+
+    std::deque<WindowMessage> messages;
+    int escapeAfterPolls = -1;
+    int swaps = 0;
+    std::size_t messagesLeftAtSwap = 0;
+    std::function<void()> afterSwap;
+
+  private:
+    std::unique_ptr<Window> real_;
+};
 
 class MainLoop : public ::testing::Test {
   protected:
@@ -16,18 +56,39 @@ class MainLoop : public ::testing::Test {
         int exitCode = 0;
         session_ = Session::Start(WindowKind::Offscreen, reason, exitCode);
         ASSERT_NE(session_, nullptr) << reason;
+        auto window = std::make_unique<ScriptedWindow>(std::move(session_->window));
+        window_ = window.get();
+        session_->window = std::move(window);
     }
 
     TempFolder folder_;
     WorkingFolder working_{folder_.path()};
     DebugCapture quiet_;
     std::unique_ptr<Session> session_;
+    ScriptedWindow* window_ = nullptr;
 };
 
 TEST_F(MainLoop, EndsOnTheFrameInWhichTheClockIsPast230Seconds) {
     session_->ui->editorTime = 230.5f;
     RunMainLoop(*session_);
     EXPECT_FLOAT_EQ(session_->engine->time, 230.5f);
+    EXPECT_EQ(window_->swaps, 1) << "that frame is still shown";
+}
+
+TEST_F(MainLoop, PlaysOnAtExactly230Seconds) {
+    session_->ui->editorTime = 230.0f;
+    RunMainLoop(*session_);
+    EXPECT_GT(window_->swaps, 1);
+    EXPECT_GT(session_->engine->time, 230.0f);
+}
+
+TEST_F(MainLoop, EndsAfterASeekPast230SecondsWithTheFrameThatShowsIt) {
+    window_->afterSwap = [this] {
+        if (window_->swaps == 3) session_->ui->SeekTo(300);
+    };
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 4);
+    EXPECT_GE(session_->engine->time, 300.0f);
 }
 
 TEST_F(MainLoop, StartsPlaybackAfterItsFirstFrame) {
@@ -35,6 +96,17 @@ TEST_F(MainLoop, StartsPlaybackAfterItsFirstFrame) {
     session_->ui->editorTime = 231.0f;
     RunMainLoop(*session_);
     EXPECT_TRUE(session_->ui->playing);
+    EXPECT_TRUE(session_->engine->music->channelLive);
+}
+
+TEST_F(MainLoop, StartsPlaybackOnlyOnce) {
+    window_->afterSwap = [this] {
+        if (window_->swaps == 1) session_->ui->TogglePlay();
+    };
+    window_->escapeAfterPolls = 5;
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 5);
+    EXPECT_FALSE(session_->ui->playing) << "a pause stays one";
 }
 
 TEST_F(MainLoop, PlaysOnTo230SecondsByTheClock) {
@@ -42,6 +114,39 @@ TEST_F(MainLoop, PlaysOnTo230SecondsByTheClock) {
     RunMainLoop(*session_);
     EXPECT_GT(session_->engine->time, 230.0f);
     EXPECT_LT(session_->engine->time, 232.0f);  // frames of an empty scene are short
+}
+
+TEST_F(MainLoop, EscDuringTheLoadEndsItBeforeAnyFrameAndWithoutMusic) {
+    window_->escapeAfterPolls = 0;
+    window_->messages.push_back({.message = 512, .value = 0, .x = 7, .y = 9});
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 0);
+    EXPECT_FALSE(session_->ui->playing);
+    EXPECT_FALSE(session_->engine->music->channelLive);
+    EXPECT_EQ(session_->ui->master.mouseX, 0) << "Esc is looked at before the messages";
+}
+
+TEST_F(MainLoop, DrawsAFrameOnlyWhenNoMessageIsLeft) {
+    for (int i = 1; i <= 50; ++i) {
+        window_->messages.push_back({.message = 512, .value = 0, .x = i, .y = 2 * i});
+    }
+    session_->ui->editorTime = 231.0f;
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 1);
+    EXPECT_EQ(window_->messagesLeftAtSwap, 0u);
+    EXPECT_EQ(session_->ui->master.mouseX, 50);
+    EXPECT_EQ(session_->ui->master.mouseY, 100);
+}
+
+TEST_F(MainLoop, TheCloseBoxEndsItAfterTheFrameInProgress) {
+    window_->afterSwap = [this] { window_->messages.push_back({.message = kMessageClose}); };
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 1);
+    EXPECT_TRUE(session_->ui->playing);
+}
+
+TEST_F(MainLoop, HidesTheCursor) {
+    EXPECT_EQ(SDL_ShowCursor(SDL_QUERY), SDL_DISABLE);
 }
 
 }  // namespace

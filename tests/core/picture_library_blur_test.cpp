@@ -123,6 +123,21 @@ class RadialOutBlurTest : public BlurTest {
     ImageNode_Shader& node = addScript("RadialOutBlur");
 };
 
+// Four pixels a texel, with a bright spot now and then on a dark ground. Steps of quarter pixels
+// then fall on places that the 8 bits between two texels hold; what is left is single precision.
+ReferencePicture Spots() {
+    ReferencePicture spots(480, 270, [](int x, int y) -> Vec4 {
+        const unsigned mixed = static_cast<unsigned>(x * 7919 + y * 104729) * 2654435761u >> 16;
+        const auto part = [mixed](unsigned shift) {
+            return static_cast<float>(mixed >> shift & 63) / 256;
+        };
+        const float light = mixed % 23 == 0 ? 0.75f : 0.0f;
+        return {part(0) + light, part(4) + light, part(8), 0.5f + part(6)};
+    });
+    spots.placeError = 1.0 / 4000;
+    return spots;
+}
+
 class LensBlurTest : public BlurTest {
   protected:
     struct Settings {
@@ -145,49 +160,54 @@ class LensBlurTest : public BlurTest {
         const double radius = std::clamp(15 * s.radius * mask, 0.0, 240.0);
         const double part = radius - std::floor(radius);
         Sample result;
-        const Sample inner = disc(std::floor(radius), s.accuracy, mask, u, v);
-        const Sample outer = disc(std::ceil(radius), s.accuracy, mask, u, v);
+        const double mapError = map.sample(u, v).error * s.maskIntensity + 1e-6;
+        const Sample inner = disc(std::floor(radius), s.accuracy, mask, mapError, u, v);
+        const Sample outer = disc(std::ceil(radius), s.accuracy, mask, mapError, u, v);
         result.addWeighted(inner, 1 - part).addWeighted(outer, part);
         // The map's error moves the blend of the two discs.
         double apart = 0;
         for (int c = 0; c < 4; ++c) {
             apart = std::max(apart, std::fabs(inner.rgba[c] - outer.rgba[c]));
         }
-        const double mapError = map.sample(u, v).error * s.maskIntensity + 1e-6;
         result.error += 15 * s.radius * mapError * apart;
         return result;
     }
 
-    Sample disc(double size, double accuracy, double mask, double u, double v) const {
+    // `mapError`: of the mask.
+    Sample disc(double size, double accuracy, double mask, double mapError, double u,
+                double v) const {
         if (size < 1) return picture.sample(u, v);
         const double step = 1 + std::max(accuracy, 0.0) / 20;
         const int n = static_cast<int>(std::floor(size / step + 1e-9));
         const double swell = 8 * std::clamp(mask * 3, 0.0, 1.0);
+        const double swellError = mask * 3 < 1 ? 24 * mapError : 0;
         Sample sum;
-        double weights = 0, least = 1e30, most = -1e30;
+        double weights = 0, weightErrors = 0, least = 1e30, most = -1e30;
         for (int y = -n; y <= n; ++y) {
             for (int x = -n; x <= n; ++x) {
                 const double l = std::hypot(x, y) * step;
                 if (l > size + 1e-9) continue;
                 const Sample sample = picture.sample(u + x * step / kFrameWidth,
                                                      v + y * kAspect * step / kFrameWidth);
-                const double bright = std::max(sample.mean() - 0.1, 0.0) * swell;
-                const double weight = 1 + bright * (1 + l / size);
+                const double bright = std::max(sample.mean() - 0.1, 0.0);
+                const double weight = 1 + bright * swell * (1 + l / size);
                 sum.addWeighted(sample, weight);
                 weights += weight;
+                const double brightError = sample.mean() + sample.error > 0.1 ? sample.error : 0;
+                weightErrors += (brightError * swell + bright * swellError) * (1 + l / size);
                 least = std::min(least, *std::min_element(sample.rgba, sample.rgba + 4));
                 most = std::max(most, *std::max_element(sample.rgba, sample.rgba + 4));
             }
         }
         Sample mean = sum.over(weights);
-        // An error of a sample also moves its weight, by up to 16 times itself, which counts as far
-        // as the sample lies from the mean.
-        mean.error *= 1 + 16 * (most - least);
+        // A weight that is off counts as far as its sample lies from the mean.
+        mean.error += weightErrors / weights * (most - least);
         return mean;
     }
 
     void SetUp() override {
         BlurTest::SetUp();
+        picture = Spots();
         addInputs(node);
     }
 

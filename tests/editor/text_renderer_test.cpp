@@ -169,7 +169,10 @@ TEST_F(TextRendererTest, WithoutAFontDrawsAndMeasuresNothingAndStaysSilent) {
         TextRenderer text(name, batch);
         text.DrawText(5, 5, 12, kInk, "abc");
         EXPECT_EQ(text.MeasureText(12, "abc"), 0);
+        EXPECT_FALSE(text.usable());
+        EXPECT_EQ(text.fileName(), name);
     }
+    EXPECT_TRUE(TextRenderer(FontFile("verdana.ttf"), batch).usable());
     EXPECT_EQ(capture.messages().size(), before);
 }
 

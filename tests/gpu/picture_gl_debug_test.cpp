@@ -42,3 +42,20 @@ TEST_F(GlDebugTest, GroupsAreSilentAndBalanced) {
     EXPECT_TRUE(capture.messages().empty());
     EXPECT_EQ(GlErrorCount(), before);
 }
+
+TEST_F(GlDebugTest, CutsNamesThatTheDriverWouldRefuse) {
+    const std::size_t before = GlErrorCount();
+    const DebugCapture capture;
+    const std::string name(100000, 'n');
+    {
+        const GlDebugGroup group(name);
+        GLuint texture = 0;
+        glGenTextures(1, &texture);
+        glBindTexture(GL_TEXTURE_2D, texture);
+        LabelGlObject(GL_TEXTURE, texture, name);
+        glBindTexture(GL_TEXTURE_2D, 0);
+        glDeleteTextures(1, &texture);
+    }
+    EXPECT_EQ(capture.text(), "");
+    EXPECT_EQ(GlErrorCount(), before);
+}

@@ -150,7 +150,9 @@ TEST_F(ComposeTest, LeavesItsPictureWhileNothingIsRendered) {
 
 // Each frame lays a quarter of white over what the frame before left.
 TEST_F(ComposeTest, FeedsBackItsPictureOfTheFrameBefore) {
-    const ReferencePicture quarter(16, 16, [](int, int) -> Vec4 { return {0.25f, 0, 0.25f, 0.25f}; });
+    const ReferencePicture quarter(16, 16, [](int, int) -> Vec4 {
+        return {0.25f, 0, 0.25f, 0.25f};
+    });
     link(node, node, 0);
     const Region middle = {950, 530, 8, 8};
     link(add<PictureNode>("b", quarter.upload()), node, 1);

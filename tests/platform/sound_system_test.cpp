@@ -139,12 +139,12 @@ TEST_F(SoundSystems, TellOfAFileThatIsNoSoundInOneLine) {
     EXPECT_EQ(BadFileCount(), before + 1);
 }
 
-TEST_F(SoundSystems, DoNotCountAFolderAsABadFile) {
+TEST_F(SoundSystems, KeepSilentWithoutAWordWhereNoFileIsChosen) {
     const std::size_t before = BadFileCount();
     system_->load(".\\data\\");
     WaitForDecode(*system_);
     EXPECT_FALSE(system_->loaded());
-    EXPECT_THAT(capture_.messages(), ElementsAre(HasSubstr(".\\data\\")));
+    EXPECT_THAT(capture_.messages(), IsEmpty());
     EXPECT_EQ(BadFileCount(), before);
 }
 

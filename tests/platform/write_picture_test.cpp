@@ -1,7 +1,3 @@
-#include <ImfChannelList.h>
-#include <ImfFrameBuffer.h>
-#include <ImfHeader.h>
-#include <ImfInputFile.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -9,6 +5,7 @@
 #include <vector>
 
 #include "platform/picture_decoder.h"
+#include "support/exr_files.h"
 #include "support/picture_files.h"
 #include "support/temp_folder.h"
 
@@ -38,22 +35,10 @@ TEST_F(WritePicture, PutsFloatsIntoExrFilesAsTheyAre) {
     for (int i = 0; i < kWidth * kHeight * 4; ++i) rgba.push_back(0.1f * static_cast<float>(i - 9));
     ASSERT_TRUE(WriteExr("shot.exr", kWidth, kHeight, rgba.data()));
 
-    Imf::InputFile file("shot.exr");
-    const auto window = file.header().dataWindow();
-    EXPECT_EQ(window.max.x - window.min.x + 1, kWidth);
-    EXPECT_EQ(window.max.y - window.min.y + 1, kHeight);
-    std::vector<float> back(rgba.size());
-    Imf::FrameBuffer frame;
-    const char* const names[] = {"R", "G", "B", "A"};
-    for (std::size_t i = 0; i < 4; ++i) {
-        ASSERT_NE(file.header().channels().findChannel(names[i]), nullptr);
-        EXPECT_EQ(file.header().channels().findChannel(names[i])->type, Imf::FLOAT);
-        frame.insert(names[i], Imf::Slice(Imf::FLOAT, reinterpret_cast<char*>(back.data() + i), 16,
-                                          16 * kWidth));
-    }
-    file.setFrameBuffer(frame);
-    file.readPixels(0, kHeight - 1);
-    EXPECT_EQ(back, rgba);
+    const ExrPicture picture = ReadExr("shot.exr");
+    EXPECT_EQ(picture.width, kWidth);
+    EXPECT_EQ(picture.height, kHeight);
+    EXPECT_EQ(picture.rgba, rgba);
 }
 
 TEST_F(WritePicture, SaysWhenItCannot) {

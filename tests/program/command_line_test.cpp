@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+
 #include "program/program_runs.h"
 #include "support/project_file.h"
 #include "support/temp_folder.h"
@@ -8,6 +11,21 @@ namespace {
 
 std::string EmptyProject() {
     return ProjectFile().strings().bytes();
+}
+
+// The fonts that the build puts beside the program, for runs that must find all of their files.
+void PutFonts(const TempFolder& folder) {
+    std::filesystem::copy(std::filesystem::path(VornProgram()).parent_path() / "fonts",
+                          folder.path() / "fonts");
+}
+
+std::ptrdiff_t LinesWith(const std::string& text, std::string_view what) {
+    std::ptrdiff_t count = 0;
+    for (std::size_t at = text.find(what); at != std::string::npos;) {
+        ++count;
+        at = text.find(what, std::min(text.find('\n', at), text.size()));
+    }
+    return count;
 }
 
 TEST(CommandLine, HelpNamesEveryCall) {
@@ -28,15 +46,36 @@ TEST(CommandLine, VersionIsOneLine) {
 
 TEST(CommandLine, WrongArgumentsEndWithCode2AndOneLine) {
     const std::vector<std::vector<std::string>> calls = {
-        {"--nonsense"},       {"--shot", "1"},          {"--shot", "soon", "a.png"},
-        {"--bench", "often"}, {"--shot", "1", "a.gif"}, {"a.vorn", "b.vorn"},
+        {"--nonsense"},
+        {"--shot", "1"},
+        {"--shot", "soon", "a.png"},
+        {"--bench", "often"},
+        {"--shot", "1", "a.gif"},
+        {"a.vorn", "b.vorn"},
         {"--bench", "-1"},
+        {"--bench", "0"},
+        {"--bench", "nan"},
+        {"--bench", "inf"},
+        {"--bench", "1e18"},
+        {"--shot", "nan", "a.png"},
+        {"--shot"},
+        {"--shot", "1e39", "a.png"},
     };
     for (const auto& call : calls) {
         const ProcessResult result = RunVorn(call, "");
-        EXPECT_EQ(result.exitCode, 2) << call[0];
+        EXPECT_EQ(result.exitCode, 2) << testing::PrintToString(call);
         EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
     }
+}
+
+TEST(CommandLine, TheProjectMayStandBehindTheShots) {
+    const TempFolder folder;
+    folder.write("mine.vorn", EmptyProject());
+    const ProcessResult result =
+        RunVorn({"--shot", "0", "a.png", "--shot", "1", "b.png", "mine.vorn"}, folder.path());
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_FALSE(folder.read("a.png").empty());
+    EXPECT_FALSE(folder.read("b.png").empty());
 }
 
 TEST(CommandLine, AMissingProjectEndsWithCode3AndItsName) {
@@ -52,7 +91,17 @@ TEST(CommandLine, AFileThatIsNoProjectEndsWithCode3) {
     folder.write("text.vorn", "this is no project");
     const ProcessResult result = RunVorn({"text.vorn", "--info"}, folder.path());
     EXPECT_EQ(result.exitCode, 3);
-    EXPECT_NE(result.err.find("text.vorn"), std::string::npos);
+    EXPECT_EQ(LinesWith(result.err, "text.vorn"), 1) << result.err;
+}
+
+TEST(CommandLine, AnImportThatIsNoProjectEndsWithCode3) {
+    const TempFolder folder;
+    folder.write("demo.vorn", EmptyProject());
+    folder.write("text.vorn", "this is no project");
+    const ProcessResult result = RunVorn({"--import", "text.vorn", "--info"}, folder.path());
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_EQ(LinesWith(result.err, "text.vorn"), 1) << result.err;
+    EXPECT_TRUE(result.out.empty());
 }
 
 TEST(CommandLine, AMissingImportEndsWithCode3) {
@@ -86,8 +135,60 @@ TEST(CommandLine, AnOutputThatCannotBeWrittenEndsWithCode5) {
     }
 }
 
+TEST(CommandLine, OutputOntoAFullDiskEndsWithCode5) {
+    const TempFolder folder;
+    folder.write("demo.vorn", EmptyProject());
+    for (const char* call : {"--info", "--bench 0.02"}) {
+        const ProcessResult result = RunProcess(
+            {"sh", "-c", "exec \"$0\" " + std::string(call) + " > /dev/full", VornProgram()},
+            {{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}, {"SDL_VIDEODRIVER", ""}}, folder.path());
+        EXPECT_EQ(result.exitCode, 5) << call;
+        EXPECT_EQ(LinesWith(result.err, "vorn: standard output"), 1) << result.err;
+    }
+}
+
+TEST(CommandLine, AStrictRunWithAllOfItsFilesEndsWithCode0) {
+    const TempFolder folder;
+    PutFonts(folder);
+    folder.write("demo.vorn", EmptyProject());
+    const ProcessResult result = RunVorn({"--info", "--strict"}, folder.path());
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+}
+
+TEST(CommandLine, StrictFailsWithCode6OnMissingFonts) {
+    const TempFolder folder;
+    folder.write("demo.vorn", EmptyProject());
+    EXPECT_EQ(RunVorn({"--info"}, folder.path()).err.find("fonts/"), std::string::npos);
+    const ProcessResult strict = RunVorn({"--info", "--strict"}, folder.path());
+    EXPECT_EQ(strict.exitCode, 6);
+    EXPECT_EQ(LinesWith(strict.err, "fonts/verdana.ttf"), 1) << strict.err;
+    EXPECT_EQ(LinesWith(strict.err, "fonts/courier.ttf"), 1) << strict.err;
+}
+
+TEST(CommandLine, StrictFailsWithCode6OnMissingMusicEvenWhenNoFrameIsRun) {
+    const TempFolder folder;
+    PutFonts(folder);
+    ProjectFile file;
+    file.word(0x86869000).text("demo").text(".").text(".\\data\\absent.ogg").text(".").number(240);
+    folder.write("demo.vorn", file.bytes());
+    const ProcessResult strict = RunVorn({"--info", "--strict"}, folder.path());
+    EXPECT_EQ(strict.exitCode, 6);
+    EXPECT_EQ(LinesWith(strict.err, "absent.ogg"), 1) << strict.err;
+}
+
+TEST(CommandLine, StrictFailsWithCode6OnANodeWhoseScriptIsMissing) {
+    const TempFolder folder;
+    PutFonts(folder);
+    folder.write("demo.vorn",
+                 ProjectFile().strings().types(1).text("Glow1").text("Glow Of Mine").bytes());
+    const ProcessResult strict = RunVorn({"--info", "--strict"}, folder.path());
+    EXPECT_EQ(strict.exitCode, 6);
+    EXPECT_EQ(LinesWith(strict.err, "Glow Of Mine"), 1) << strict.err;
+}
+
 TEST(CommandLine, StrictFailsWithCode6OnAMissingPicture) {
     const TempFolder folder;
+    PutFonts(folder);
     folder.write("demo.vorn", ProjectFile()
                                   .strings()
                                   .types(1)
@@ -108,12 +209,15 @@ TEST(CommandLine, StrictFailsWithCode6OnAMissingPicture) {
 
 TEST(CommandLine, StrictFailsWithCode6OnAShaderThatDoesNotCompile) {
     const TempFolder folder;
+    PutFonts(folder);
     folder.write("Scripts/broken.node",
                  "Name \"Broken\" \"Test\"\nSource\n#version 330 core\nnonsense\n");
     folder.write("demo.vorn",
                  ProjectFile().strings().types(1).text("Broken1").text("Broken").bytes());
     EXPECT_EQ(RunVorn({"--info"}, folder.path()).exitCode, 0);
-    EXPECT_EQ(RunVorn({"--info", "--strict"}, folder.path()).exitCode, 6);
+    const ProcessResult strict = RunVorn({"--info", "--strict"}, folder.path());
+    EXPECT_EQ(strict.exitCode, 6);
+    EXPECT_EQ(LinesWith(strict.err, "broken.node: "), 1) << strict.err;
 }
 
 TEST(CommandLine, TheProjectsFolderBecomesTheWorkingDirectory) {

@@ -122,6 +122,19 @@ TEST(SceneFile, AnImportPrefixesEveryIdAndTheCountersToo) {
     EXPECT_EQ(info["tracks"][1]["target"], true);
 }
 
+TEST(SceneFile, AnImportsPrefixIsItsNameWithoutFolderAndLastEnding) {
+    const TempFolder folder;
+    folder.write("demo.vorn", ProjectFile().strings().bytes());
+    folder.write("v1.5/plain", SmallScene(0x86875002).bytes());
+    folder.write("v1.5/two.parts.vorn", SmallScene(0x86875002).bytes());
+    const Json info =
+        VornInfo({"--import", "v1.5/plain", "--import", "v1.5\\two.parts.vorn"}, folder.path());
+    ASSERT_TRUE(info.is_object());
+    ASSERT_EQ(info["nodes"].size(), 6u);
+    EXPECT_EQ(info["nodes"][0]["id"], "plain-Reader1");
+    EXPECT_EQ(info["nodes"][3]["id"], "two.parts-Reader1");
+}
+
 TEST(SceneFile, TwoImportsOfOneFileAddItsNodesOnce) {
     const TempFolder folder;
     folder.write("demo.vorn", SmallScene(0x86875002).bytes());
@@ -189,9 +202,25 @@ TEST(SceneFile, TypesStandInTheirOrder) {
     const TempFolder folder;
     folder.write("demo.vorn", ProjectFile().strings().bytes());
     const Json types = VornInfo({}, folder.path())["types"];
-    const std::vector<std::string> order = {
-        "Viewer",    "Reader", "Transform2D", "Time Switch Image", "Time Switch Camera",
-        "Sequencer", "Compose"};
+    const std::vector<std::string> order = {"Viewer",
+                                            "Reader",
+                                            "Transform2D",
+                                            "ObjReader",
+                                            "OrbitCamera",
+                                            "Material",
+                                            "3DRender_RAD",
+                                            "3DPrimitive",
+                                            "Kinect2Puppet",
+                                            "LightScreenEffect",
+                                            "Time Switch Image",
+                                            "Time Switch Camera",
+                                            "Combine Geometry",
+                                            "HandLine",
+                                            "FallingModel",
+                                            "Randomize Material",
+                                            "Particle Mesher",
+                                            "Sequencer",
+                                            "Compose"};
     std::vector<std::string> present;
     for (const auto& type : types) {
         if (std::find(order.begin(), order.end(), type) != order.end()) present.push_back(type);

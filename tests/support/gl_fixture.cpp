@@ -45,6 +45,7 @@ std::vector<float> ReadTarget(const GL_FrameBuffer& target, int attachment) {
     glBindFramebuffer(GL_READ_FRAMEBUFFER, target.framebuffer);
     glReadBuffer(GL_COLOR_ATTACHMENT0 + static_cast<GLenum>(attachment));
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glFinish();  // Mesa's software renderer does not wait for a clear that nothing followed
     glReadPixels(0, 0, target.width, target.height, GL_RGBA, GL_FLOAT, pixels.data());
     glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
     return pixels;

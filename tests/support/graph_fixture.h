@@ -92,6 +92,7 @@ class GraphTest : public GlTest {
         glBindFramebuffer(GL_READ_FRAMEBUFFER, target.framebuffer);
         glReadBuffer(GL_COLOR_ATTACHMENT0);
         glPixelStorei(GL_PACK_ALIGNMENT, 1);
+        glFinish();  // Mesa's software renderer does not wait for a clear that nothing followed
         glReadPixels(region.x, region.y, region.width, region.height, GL_RGBA, GL_FLOAT,
                      pixels.rgba.data());
         glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);

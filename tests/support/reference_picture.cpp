@@ -70,7 +70,7 @@ Sample ReferencePicture::sample(double u, double v) const {
         }
         apart = std::max(apart, most - least);
     }
-    result.error = apart / 256;
+    result.error = apart * placeError;
     return result;
 }
 

@@ -29,15 +29,17 @@ class ReferencePicture {
     // Slowly changing colours from 0 to 1 and alpha from 0.25 to 1, in steps of 1/1024.
     static ReferencePicture Waves(int width, int height, int seed);
 
-    // Bilinear, transparent black outside. A renderer keeps 8 bits or more of the place between two
-    // texels: the error is a 256th of how far the four texels lie apart, for both axes together.
+    // Bilinear, transparent black outside. The error is what `placeError` makes of how far the four
+    // texels lie apart.
     Sample sample(double u, double v) const;
     std::shared_ptr<GL_FrameBuffer> upload() const;
+    Vec4 texelAt(int x, int y) const;  // transparent black outside
 
     int width, height;
+    // How far off a renderer may sample, in texels, both axes together: it keeps 8 bits or more of
+    // the place between two texels.
+    double placeError = 1.0 / 256;
 
   private:
-    Vec4 texelAt(int x, int y) const;
-
     std::vector<Vec4> texels_;
 };
