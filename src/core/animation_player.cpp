@@ -7,6 +7,7 @@
 namespace {
 
 constexpr std::int32_t kHold = -1;
+constexpr std::uint32_t kWindowKeys = 8;
 constexpr float kForever = std::numeric_limits<float>::infinity();
 constexpr float kNoTime = std::numeric_limits<float>::quiet_NaN();
 
@@ -37,6 +38,15 @@ std::uint32_t CountUpTo(const float* times, std::uint32_t count, float timeSecon
     return static_cast<std::uint32_t>(place - times) + (*place <= timeSeconds ? 1u : 0u);
 }
 
+// The first key of the window in which a time would lie among evenly spread keys.
+std::uint32_t GuessedWindow(float firstSeconds, float keysPerSecond, std::uint32_t keyCount,
+                            float timeSeconds) {
+    if (keyCount <= kWindowKeys) return 0;
+    const float begin = (timeSeconds - firstSeconds) * keysPerSecond - kWindowKeys / 2;
+    const auto last = static_cast<float>(keyCount - kWindowKeys);
+    return begin > 0.0f ? static_cast<std::uint32_t>(std::min(begin, last)) : 0;
+}
+
 }  // namespace
 
 void AnimationPlayer::compile(std::span<KeyframeTrack* const> tracks) {
@@ -58,14 +68,18 @@ void AnimationPlayer::compile(std::span<KeyframeTrack* const> tracks) {
         segments_.push_back({kForever, -kForever, 0, 1, 0, 0, kHold, track->target});
     }
     seeks_.resize(segments_.size());
+    weights_.resize(segments_.size());
+    cosines_.resize(segments_.size());
+    cosineTimes_.resize(segments_.size());
 }
 
 void AnimationPlayer::appendKeys(std::span<const Keyframe> keys) {
     const auto blockCount =
         static_cast<std::uint32_t>((keys.size() + kBlockTimes - 1) / kBlockTimes);
-    places_.push_back({static_cast<std::uint32_t>(keys_.size()),
-                       static_cast<std::uint32_t>(keys.size()),
-                       static_cast<std::uint32_t>(blocks_.size()), blockCount});
+    places_.push_back(
+        {static_cast<std::uint32_t>(keys_.size()), static_cast<std::uint32_t>(keys.size()),
+         static_cast<std::uint32_t>(blocks_.size()), blockCount, 0, keys.front().time,
+         static_cast<float>(keys.size() - 1) / (keys.back().time - keys.front().time)});
     for (std::size_t i = 0; i < blockCount * kBlockTimes; ++i) {
         if (i % kBlockTimes == 0) {
             blocks_.emplace_back();
@@ -85,6 +99,7 @@ void AnimationPlayer::holdValue(std::size_t track, const Keyframe& key, float st
 void AnimationPlayer::enter(std::size_t track, std::uint32_t passed) {
     const Keyframe* keys = keys_.data() + places_[track].firstKey;
     const std::uint32_t count = places_[track].keyCount;
+    places_[track].passed = passed;
     if (count == 1) return holdValue(track, keys[0], -kForever, kForever);
     if (passed == 0) return holdValue(track, keys[0], -kForever, keys[0].time);
     if (passed == count) return holdValue(track, keys[count - 1], keys[count - 1].time, kForever);
@@ -96,8 +111,62 @@ void AnimationPlayer::enter(std::size_t track, std::uint32_t passed) {
                         b.time - a.time,
                         a.value,
                         b.value,
-                        b.mode == kHold ? kKeyCosine : b.mode,
+                        IsCosineMode(b.mode) ? kKeyCosine : b.mode,
                         segments_[track].target};
+}
+
+// Lists the tracks whose segment does not hold a time. Whether one does cannot be foreseen, so that
+// nothing jumps by it.
+std::size_t AnimationPlayer::collectLeavers(float timeSeconds) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < segments_.size(); ++i) {
+        const bool begun = timeSeconds >= segments_[i].startSeconds;
+        const bool open = timeSeconds < segments_[i].endSeconds;
+        seeks_[count].track = static_cast<std::uint32_t>(i);
+        count += (begun & open) ? 0u : 1u;
+    }
+    return count;
+}
+
+// Enters the next segment if it holds the time, as it mostly does while a demo plays.
+bool AnimationPlayer::stepForward(std::size_t track, float timeSeconds) {
+    const Place& place = places_[track];
+    const std::uint32_t next = place.passed;
+    if (next >= place.keyCount) return false;
+    const Keyframe* keys = keys_.data() + place.firstKey;
+    if (!(timeSeconds >= keys[next].time)) return false;
+    if (next + 1 < place.keyCount && !(timeSeconds < keys[next + 1].time)) return false;
+    enter(track, next + 1);
+    return true;
+}
+
+// Enters the segments that lie where they were guessed. The number of tracks whose segments do not;
+// they have moved to the front.
+std::size_t AnimationPlayer::seekByGuess(std::span<Seek> seeks, float timeSeconds) {
+    for (Seek& s : seeks) {
+        const Place& place = places_[s.track];
+        s.block =
+            GuessedWindow(place.firstSeconds, place.keysPerSecond, place.keyCount, timeSeconds);
+        const Keyframe* window = keys_.data() + place.firstKey + s.block;
+        Prefetch(window);
+        Prefetch(window + kWindowKeys - 1);
+    }
+    std::size_t missed = 0;
+    for (const Seek& s : seeks) {
+        const Place& place = places_[s.track];
+        const Keyframe* window = keys_.data() + place.firstKey + s.block;
+        const std::uint32_t size = std::min(kWindowKeys, place.keyCount - s.block);
+        std::uint32_t passed = 0;
+        for (std::uint32_t i = 0; i < size; ++i) passed += window[i].time <= timeSeconds ? 1u : 0u;
+        // At an end of the window the segment may lie outside it.
+        const bool before = passed == 0 && s.block > 0;
+        const bool after = passed == size && s.block + size < place.keyCount;
+        if (before || after)
+            seeks[missed++].track = s.track;
+        else
+            enter(s.track, s.block + passed);
+    }
+    return missed;
 }
 
 // Takes each step for all tracks before the next, so that the memory that a step needs is on its
@@ -126,29 +195,38 @@ void AnimationPlayer::applyUnsorted(const UnsortedTrack& unsorted, float timeSec
     if (value) *unsorted.track->target = *value;
 }
 
+// Weights first, those by cosine apart, then values: no loop jumps by the mode of a track.
 void AnimationPlayer::applySegments(std::size_t first, std::size_t end, float timeSeconds) {
+    std::size_t cosineCount = 0;
     for (std::size_t i = first; i < end; ++i) {
         const Segment& segment = segments_[i];
-        if (segment.mode == kHold) {
-            *segment.target = segment.from;
-            continue;
-        }
-        const float w =
-            EasingWeight(segment.mode, (timeSeconds - segment.origin) / segment.duration);
-        *segment.target = (1.0f - w) * segment.from + w * segment.to;
+        const float t = (timeSeconds - segment.origin) / segment.duration;
+        weights_[i] = PowerWeight(segment.mode, t);
+        cosines_[cosineCount] = static_cast<std::uint32_t>(i);
+        cosineTimes_[cosineCount] = t;
+        cosineCount += segment.mode == kKeyCosine ? 1u : 0u;
+    }
+    for (std::size_t i = 0; i < cosineCount; ++i) {
+        weights_[cosines_[i]] = CosineWeight(cosineTimes_[i]);
+    }
+    for (std::size_t i = first; i < end; ++i) {
+        const Segment& segment = segments_[i];
+        const float mixed = (1.0f - weights_[i]) * segment.from + weights_[i] * segment.to;
+        *segment.target = segment.mode == kHold ? segment.from : mixed;
     }
 }
 
 void AnimationPlayer::apply(float timeSeconds) {
     // What is no time lies in no segment, and only single keys hold.
     if (std::isnan(timeSeconds)) return applyAtNoTime();
+    const std::size_t leavers = collectLeavers(timeSeconds);
     std::size_t seekCount = 0;
-    for (std::size_t i = 0; i < segments_.size(); ++i) {
-        if (!(timeSeconds >= segments_[i].startSeconds && timeSeconds < segments_[i].endSeconds)) {
-            seeks_[seekCount++] = {static_cast<std::uint32_t>(i), 0, 0};
-        }
+    for (std::size_t i = 0; i < leavers; ++i) {
+        const std::uint32_t track = seeks_[i].track;
+        if (!stepForward(track, timeSeconds)) seeks_[seekCount++].track = track;
     }
-    seek(std::span(seeks_).first(seekCount), timeSeconds);
+    const std::span<Seek> seeks = std::span(seeks_).first(seekCount);
+    seek(seeks.first(seekByGuess(seeks, timeSeconds)), timeSeconds);
     std::size_t applied = 0;
     for (const UnsortedTrack& unsorted : unsorted_) {
         applySegments(applied, unsorted.segmentsBefore, timeSeconds);

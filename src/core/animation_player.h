@@ -1,8 +1,9 @@
 // Plays all keyframe tracks of a scene: each frame it writes every track's value for the present
 // time through its target. It keeps the segment that each track is in, so that a playing demo costs
-// one comparison and one interpolation a track; a seek finds the segment through a small table of
-// every 16th time. The values are bit for bit those of KeyframeTrack::valueAt. No allocation but
-// when tracks or keys have changed. Main thread.
+// one comparison and one interpolation a track; a seek guesses where the keys would lie if they
+// were evenly spread, and else finds the segment through a small table of every 16th time. The
+// values are bit for bit those of KeyframeTrack::valueAt. No allocation but when tracks or keys
+// have changed. Main thread.
 #pragma once
 
 #include <cstdint>
@@ -40,6 +41,9 @@ class AnimationPlayer {
         std::uint32_t keyCount;
         std::uint32_t firstBlock;  // in blocks_ and blockStarts_
         std::uint32_t blockCount;
+        std::uint32_t passed;  // keys at or before the time of the present segment
+        float firstSeconds;    // the first key's time, and what each second holds in the mean
+        float keysPerSecond;
     };
     // A track whose keys are not in order of time is read by the plain scan, in its turn.
     struct UnsortedTrack {
@@ -50,7 +54,7 @@ class AnimationPlayer {
     // number of keys at or before it.
     struct Seek {
         std::uint32_t track;
-        std::uint32_t block;
+        std::uint32_t block;  // or, at first, the key at which the guessed window begins
         std::uint32_t passed;
     };
 
@@ -58,6 +62,9 @@ class AnimationPlayer {
     static void applyUnsorted(const UnsortedTrack& unsorted, float timeSeconds);
     void applyAtNoTime();
     void appendKeys(std::span<const Keyframe> keys);
+    std::size_t collectLeavers(float timeSeconds);
+    bool stepForward(std::size_t track, float timeSeconds);
+    std::size_t seekByGuess(std::span<Seek> seeks, float timeSeconds);
     void seek(std::span<Seek> seeks, float timeSeconds);
     void enter(std::size_t track, std::uint32_t passed);
     void holdValue(std::size_t track, const Keyframe& key, float start, float end);
@@ -68,5 +75,9 @@ class AnimationPlayer {
     std::vector<Block> blocks_;       // their times alone
     std::vector<float> blockStarts_;  // the first time of each block
     std::vector<UnsortedTrack> unsorted_;
-    std::vector<Seek> seeks_;  // room for the seeks of one frame
+    // Room for the work of one frame, an entry for each track at most.
+    std::vector<Seek> seeks_;
+    std::vector<float> weights_;          // of each segment's later value
+    std::vector<std::uint32_t> cosines_;  // segments that ease by cosine, and where they stand
+    std::vector<float> cosineTimes_;
 };

@@ -28,16 +28,27 @@ struct Keyframe {
 };
 static_assert(sizeof(Keyframe) == 12);
 
-// Weight of the later key at `t` in 0..1. The cheap ones are all computed and one is chosen: over
-// many tracks a jump by mode costs more.
-inline float EasingWeight(std::int32_t mode, float t) {
-    if (mode < kKeyLinear || mode > kKeyEaseOut) {
-        return (1.0f - std::cos(t * 3.1415927f)) * 0.5f;
-    }
+// Any mode but these three is Cosine.
+inline bool IsCosineMode(std::int32_t mode) {
+    return mode < kKeyLinear || mode > kKeyEaseOut;
+}
+
+// Weights of the later key at `t` in 0..1.
+inline float CosineWeight(float t) {
+    return (1.0f - std::cos(t * 3.1415927f)) * 0.5f;
+}
+
+// For a mode that is not Cosine. All are computed and one is chosen: over many tracks a jump by
+// mode costs more.
+inline float PowerWeight(std::int32_t mode, float t) {
     const float easeIn = t * t * t;
     const float easeOut = 1.0f - (1.0f - t) * (1.0f - t) * (1.0f - t);
     const float eased = mode == kKeyEaseIn ? easeIn : easeOut;
     return mode == kKeyLinear ? t : eased;
+}
+
+inline float EasingWeight(std::int32_t mode, float t) {
+    return IsCosineMode(mode) ? CosineWeight(t) : PowerWeight(mode, t);
 }
 
 class KeyframeTrack {
