@@ -7,7 +7,7 @@
 namespace {
 
 constexpr std::int32_t kHold = -1;
-constexpr std::uint32_t kWindowKeys = 8;
+constexpr std::uint32_t kWindowKeys = 5;
 constexpr float kForever = std::numeric_limits<float>::infinity();
 constexpr float kNoTime = std::numeric_limits<float>::quiet_NaN();
 
