@@ -29,12 +29,21 @@ vec2 environmentPlace(vec3 r) {
     return vec2(0.5 + atan(r.x, r.z) / PI2, 0.5 + atan(r.y, sqrt(r.x * r.x + r.z * r.z)) / PI);
 }
 
+// Where the map closes, its left edge follows its right one; that is no leap, and must not choose the
+// smallest mipmap.
+vec3 environment(vec2 place) {
+    vec2 alongX = dFdx(place), alongY = dFdy(place);
+    alongX.x -= round(alongX.x);
+    alongY.x -= round(alongY.x);
+    return textureGrad(reflectionTexture, place, alongX, alongY).rgb;
+}
+
 void main() {
     vec3 viewDir = normalize(viewDirection);
     vec3 worldNorm = normalize(worldNormal);
     vec3 reflectionDirection = normalize(reflect(viewDir, worldNorm));
     vec2 envTexCoord = environmentPlace(reflectionDirection);
-    vec3 envColor = texture(reflectionTexture, envTexCoord).rgb * reflectionIntensity;
+    vec3 envColor = environment(envTexCoord) * reflectionIntensity;
     vec3 diffColor = texture(diffuseTexture, uv).rgb * diffuseIntensity;
     vec3 illumColor = texture(illuminationTexture, uv).rgb * illuminationIntensity;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/frame_profiler.h"
 #include "gpu/shader_program.h"
 #include "image/radiosity_fixture.h"
 
@@ -438,6 +439,30 @@ TEST_F(RadiosityNodeTest, LeavesNoStateBehind) {
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &target);
     EXPECT_EQ(program, 0);
     EXPECT_EQ(target, 0);
+}
+
+TEST_F(RadiosityNodeTest, TellsTheProfilerWhatItsPassesCost) {
+    FrameProfiler profiler;
+    engine.profiler = &profiler;
+    set(node, "DOF", {0.2f});
+    profiler.beginFrame();
+    draw(node, {0, 0, 64, 64});
+    glFinish();
+    profiler.endFrame();
+    engine.profiler = nullptr;
+    std::vector<std::string> names;
+    double passesMs = 0;
+    for (const auto& [name, samples] : profiler.passes()) {
+        names.push_back(name);
+        ASSERT_EQ(samples.cpuMs.size(), 1u);
+        passesMs += samples.cpuMs[0];
+    }
+    EXPECT_THAT(names, ElementsAre("render: compose", "render: depth of field",
+                                   "render: light gather", "render: occlusion", "render: prepare"));
+    // The node's own figure holds its passes.
+    ASSERT_EQ(profiler.nodes().at("render").cpuMs.size(), 1u);
+    EXPECT_LE(passesMs, profiler.nodes().at("render").cpuMs[0] + 1e-6);  // sums in other orders
+    EXPECT_GT(passesMs, 0);
 }
 
 TEST_F(RadiosityNodeTest, ShowsItsOwnPictureOfTheFrameBeforeOnItsSurfaces) {
