@@ -17,6 +17,8 @@ std::vector<float> ReadPicture(const GL_FrameBuffer& target) {
     std::vector<float> rgba(static_cast<std::size_t>(target.width) *
                             static_cast<std::size_t>(target.height) * 4);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, target.framebuffer);
+    // Some drivers read back what was there before a clear that nothing was drawn after.
+    glFinish();
     glReadBuffer(GL_COLOR_ATTACHMENT0);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, target.width, target.height, GL_RGBA, GL_FLOAT, rgba.data());

@@ -37,7 +37,7 @@ struct NodeScript {
     std::vector<std::string> inputNames;  // by port
     std::vector<int> inputKinds;          // one for each Input line, in the order of the lines
     std::vector<ShaderParam> params;      // by number
-    std::string fileName;  // for messages
+    std::string fileName;                 // for messages
     std::string name;                     // the type name
     std::string category;
     std::string source;  // fragment shader text, at most kMaxScriptSource bytes
