@@ -182,7 +182,7 @@ bool ImageNode_RadiosityRenderer::canConnect(int port, const Node* source) const
     if (source == nullptr) return false;
     switch (port) {
         case kGeometryPort:
-            return source->getType() == kGeometryNode;
+            return GeometryNode::isGeometrySource(source);
         case kCameraPort:
             return source->getType() == kTransform3DNode;
         case kEnvironmentPort:

@@ -286,4 +286,18 @@ TEST(ColourDrift, IsATriangleWaveOfThePhase) {
     EXPECT_EQ(Drift(10000, 0, 0.25f), 0.25f);
 }
 
+TEST(ColourDrift, TruncatesItsPhaseToTenThousandths) {
+    EXPECT_EQ(Drift(0, 0.00017f, 1), 1 / 10000.0f);
+    EXPECT_EQ(Drift(100, -0.00017f, 1), 99 / 10000.0f);
+    EXPECT_EQ(Drift(0, 0.99999f, 1), 9999 / 10000.0f);
+}
+
+TEST(ColourDrift, TakesWhatNoIntegerHoldsForTheSmallestOne) {
+    // The smallest 32-bit integer lies 3648 before a multiple of the wave's 20000 (its remainder in
+    // the manner of C is -3648, which a wave that starts at -10000 carries below 0).
+    for (const float bad : {1e30f, -1e30f, std::nanf("")}) {
+        EXPECT_EQ(Drift(0, bad, 1), -3648 / 10000.0f) << bad;
+    }
+}
+
 }  // namespace
