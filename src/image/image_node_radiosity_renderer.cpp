@@ -16,10 +16,10 @@
 
 namespace {
 
-constexpr long kMostGatherSamples = 4096;
+constexpr long kMaxGatherSamples = 4096;
 // A disc of 15 pixels at radius 1, the top of the slider. The work grows with its square, and a
 // project may hold any number.
-constexpr float kMostDofRadius = 4.0f;
+constexpr float kMaxDofRadius = 4.0f;
 
 // A shader file with `define` set; its lines keep their numbers.
 std::string ShaderVariant(std::string_view path, std::string_view define) {
@@ -68,7 +68,7 @@ void ClearTarget(const GL_FrameBuffer& target, float rgb, float a) {
 
 int GatherSampleCount(const std::string& text) {
     return static_cast<int>(
-        std::clamp(std::strtol(text.c_str(), nullptr, 10), 0L, kMostGatherSamples));
+        std::clamp(std::strtol(text.c_str(), nullptr, 10), 0L, kMaxGatherSamples));
 }
 
 ImageNode_RadiosityRenderer::ImageNode_RadiosityRenderer(Engine* owner, const std::string& nodeId)
@@ -186,7 +186,7 @@ bool ImageNode_RadiosityRenderer::canConnect(int port, const Node* source) const
         case kCameraPort:
             return source->getType() == kTransform3DNode;
         case kEnvironmentPort:
-            return source->getType() == kImageNode;
+            return isImageSource(source);
         default:
             return false;
     }
@@ -270,13 +270,13 @@ void ImageNode_RadiosityRenderer::compose() const {
 void ImageNode_RadiosityRenderer::blurByDepth() const {
     const NodePass pass(*this, "depth of field");
     dofShader->Use();
-    glUniform1f(dofLocations_.radius, std::min(dofRadius, kMostDofRadius));
+    glUniform1f(dofLocations_.radius, std::min(dofRadius, kMaxDofRadius));
     glUniform1f(dofLocations_.coc, dofCoC);
     glUniform1i(dofLocations_.skipNeutral, skipNeutralWork ? 1 : 0);
     composeBuffer->BindTexture(0, GL_TEXTURE0);
     prepareBuffer->BindTexture(kEyePosition, GL_TEXTURE1);
     dofBuffer->Fill();
     composeBuffer->UnbindTextures(GL_TEXTURE0);
-    composeBuffer->UnbindTextures(GL_TEXTURE1);
+    prepareBuffer->UnbindTextures(GL_TEXTURE0);
     ShaderProgram::Unuse();
 }
