@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/engine.h"
+#include "core/geometry_node.h"
 #include "core/node_pass.h"
 #include "gpu/embedded_shaders.h"
 #include "gpu/gl_framebuffer.h"
