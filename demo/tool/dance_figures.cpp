@@ -1,6 +1,7 @@
 #include "demo/tool/dance_figures.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <span>
@@ -39,14 +40,31 @@ FigurePoint alongStrokes(std::span<const FigurePoint> corners, double part) {
     return {from.x + (to.x - from.x) * moved, from.y + (to.y - from.y) * moved};
 }
 
+// Along a curve at even speed but for the start and the stop.
+template <typename Curve>
+FigurePoint alongCurve(const Curve& curve, double part) {
+    constexpr int kSteps = 256;
+    std::array<double, kSteps + 1> ways{};
+    FigurePoint last = curve(0.0);
+    for (std::size_t i = 1; i < ways.size(); ++i) {
+        const FigurePoint next = curve(static_cast<double>(i) / kSteps);
+        ways[i] = ways[i - 1] + std::hypot(next.x - last.x, next.y - last.y);
+        last = next;
+    }
+    const double way = handPace(part) * ways.back();
+    const auto after = std::upper_bound(ways.begin() + 1, ways.end() - 1, way);
+    const double within = (way - *(after - 1)) / (*after - *(after - 1));
+    return curve((static_cast<double>(after - ways.begin()) - 1 + within) / kSteps);
+}
+
 FigurePoint circle(double part) {
-    const double angle = kTurn * (0.25 + 1.02 * handPace(part));
+    const double angle = kTurn * (0.25 + 1.02 * part);
     return {std::cos(angle), std::sin(angle)};
 }
 
 // Begins and ends in the notch.
 FigurePoint heart(double part) {
-    const double angle = kTurn * handPace(part);
+    const double angle = kTurn * part;
     const double x = std::pow(std::sin(angle), 3);
     const double y = (13 * std::cos(angle) - 5 * std::cos(2 * angle) - 2 * std::cos(3 * angle) -
                       std::cos(4 * angle)) /
@@ -64,23 +82,22 @@ FigurePoint star(double part) {
     return alongStrokes(corners, part);
 }
 
-// From the middle outward at even speed along the line.
+// From the middle outward.
 FigurePoint spiral(double part) {
     constexpr double kTurns = 2.6;
-    const double grown = std::sqrt(0.01 + 0.99 * handPace(part));
+    const double grown = 0.06 + 0.94 * part;
     const double angle = -kTurn * kTurns * grown;
     return {grown * std::cos(angle), grown * std::sin(angle)};
 }
 
 // Gerono's lemniscate.
 FigurePoint infinity(double part) {
-    const double angle = kTurn * (0.25 + 1.02 * handPace(part));
+    const double angle = kTurn * (0.25 + 1.02 * part);
     return {1.08 * std::cos(angle), 0.62 * std::sin(2 * angle)};
 }
 
 FigurePoint wave(double part) {
-    const double way = handPace(part);
-    return {-1.08 + 2.16 * way, 0.45 * std::sin(kTurn * 2 * way)};
+    return {-1.08 + 2.16 * part, 0.45 * std::sin(kTurn * 2 * part)};
 }
 
 FigurePoint tick(double part) {
@@ -99,17 +116,17 @@ FigurePoint arrow(double part) {
 FigurePoint FigureAt(Figure figure, double part) {
     switch (figure) {
         case Figure::Circle:
-            return circle(part);
+            return alongCurve(circle, part);
         case Figure::Heart:
-            return heart(part);
+            return alongCurve(heart, part);
         case Figure::Star:
             return star(part);
         case Figure::Spiral:
-            return spiral(part);
+            return alongCurve(spiral, part);
         case Figure::Infinity:
-            return infinity(part);
+            return alongCurve(infinity, part);
         case Figure::Wave:
-            return wave(part);
+            return alongCurve(wave, part);
         case Figure::Tick:
             return tick(part);
         case Figure::Arrow:

@@ -207,21 +207,28 @@ void ObjWriter::add(const std::string& name, const Mesh& mesh, double scale) {
         writeLine(text_, "v", {p.x * scale, p.y * scale, p.z * scale});
         writeLine(text_, "vt", {0.5 + std::atan2(p.x, p.z) / kTurn, 0.5 + p.y});
     }
-    const auto normals = mesh.cornerNormals();
-    for (const auto& corners : normals) {
-        for (const Point& n : corners) writeLine(text_, "vn", {n.x, n.y, n.z});
-    }
-    std::size_t normal = normals_;
-    for (const auto& triangle : mesh.triangles()) {
-        text_ += 'f';
-        for (const std::size_t corner : triangle) {
-            const std::string index = std::to_string(positions_ + corner + 1);
-            text_ += ' ' + index + '/' + index + '/' + std::to_string(++normal);
+    // Corners that share a point mostly share its normal, too.
+    std::vector<std::vector<std::pair<Point, std::size_t>>> written(mesh.points().size());
+    const auto numberOf = [&](std::size_t point, const Point& normal) {
+        for (const auto& [known, number] : written[point]) {
+            if (dot(known, normal) > 0.99999) return number;
         }
-        text_ += '\n';
+        writeLine(text_, "vn", {normal.x, normal.y, normal.z});
+        written[point].push_back({normal, ++normals_});
+        return normals_;
+    };
+    const auto normals = mesh.cornerNormals();
+    for (std::size_t i = 0; i < normals.size(); ++i) {
+        std::string face = "f";
+        for (std::size_t corner = 0; corner < 3; ++corner) {
+            const std::size_t point = mesh.triangles()[i][corner];
+            const std::string index = std::to_string(positions_ + point + 1);
+            face += ' ' + index + '/' + index + '/' +
+                    std::to_string(numberOf(point, normals[i][corner]));
+        }
+        text_ += face + '\n';
     }
     positions_ += mesh.points().size();
-    normals_ = normal;
 }
 
 }  // namespace puppet
