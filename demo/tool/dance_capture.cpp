@@ -1,21 +1,14 @@
 #include "demo/tool/dance_capture.h"
 
-#include <fstream>
-
 #include "core/byte_stream.h"
 #include "demo/tool/dance_performance.h"
+#include "demo/tool/model_file.h"
 
 namespace {
 
-bool WriteBytes(const std::filesystem::path& file, std::span<const std::uint8_t> bytes,
+bool WriteBytes(const std::filesystem::path& file, const std::vector<std::uint8_t>& bytes,
                 std::string& error) {
-    std::ofstream out(file, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
-    out.close();
-    if (out) return true;
-    error = file.string() + ": cannot be written";
-    return false;
+    return WriteModelFile(file, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}, error);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "demo/tool/dance_capture.h"
 #include "demo/tool/demo_project.h"
 #include "demo/tool/puppet_model.h"
+#include "demo/tool/stage_model.h"
 #include "music.h"
 #include "pictures.h"
 #include "platform/debug_output.h"
@@ -43,7 +44,9 @@ int MakeModels(const fs::path& folder) {
     std::error_code ignored;
     fs::create_directories(folder, ignored);
     std::string error;
-    return WritePuppet(folder, error) && WriteDance(folder, error) ? 0 : Fail(error);
+    return WritePuppet(folder, error) && WriteStage(folder, error) && WriteDance(folder, error)
+               ? 0
+               : Fail(error);
 }
 
 bool CopyFolder(const fs::path& from, const fs::path& to) {

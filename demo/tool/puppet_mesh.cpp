@@ -203,9 +203,13 @@ std::vector<std::array<Point, 3>> Mesh::cornerNormals() const {
 
 void ObjWriter::add(const std::string& name, const Mesh& mesh, double scale) {
     text_ += "o " + name + '\n';
+    const auto [low, high] =
+        std::minmax_element(mesh.points().begin(), mesh.points().end(),
+                            [](const Point& a, const Point& b) { return a.y < b.y; });
+    const double bottom = low->y, height = std::max(high->y - bottom, 1e-9);
     for (const Point& p : mesh.points()) {
         writeLine(text_, "v", {p.x * scale, p.y * scale, p.z * scale});
-        writeLine(text_, "vt", {0.5 + std::atan2(p.x, p.z) / kTurn, 0.5 + p.y});
+        writeLine(text_, "vt", {0.5 + std::atan2(p.x, p.z) / kTurn, (p.y - bottom) / height});
     }
     // Corners that share a point mostly share its normal, too.
     std::vector<std::vector<std::pair<Point, std::size_t>>> written(mesh.points().size());

@@ -1,7 +1,6 @@
 #include "demo/tool/puppet_model.h"
 
-#include <fstream>
-
+#include "demo/tool/model_file.h"
 #include "demo/tool/puppet_limbs.h"
 #include "geometry/puppet_pose.h"
 
@@ -23,15 +22,6 @@ std::string ObjOf(void (*LimbShape::*part)(Mesh&)) {
     return writer.text();
 }
 
-bool WriteText(const std::filesystem::path& file, const std::string& text, std::string& error) {
-    std::ofstream out(file, std::ios::binary);
-    out << text;
-    out.close();
-    if (out) return true;
-    error = file.string() + ": cannot be written";
-    return false;
-}
-
 }  // namespace
 
 std::string PuppetBodyObj() {
@@ -43,6 +33,6 @@ std::string PuppetLampsObj() {
 }
 
 bool WritePuppet(const std::filesystem::path& folder, std::string& error) {
-    return WriteText(folder / "puppet.obj", PuppetBodyObj(), error) &&
-           WriteText(folder / "puppet_lamps.obj", PuppetLampsObj(), error);
+    return WriteModelFile(folder / "puppet.obj", PuppetBodyObj(), error) &&
+           WriteModelFile(folder / "puppet_lamps.obj", PuppetLampsObj(), error);
 }
