@@ -145,7 +145,7 @@ void sectionBuild(DanceWriter& w) {
               clapArms(b);
           }});
     w.begin(30);
-    w.march(0.26);
+    w.march(0.26, 3);
     openArms(w);
 }
 
@@ -275,8 +275,8 @@ void WriteMiddle(DanceWriter& w) {
              punchArms(b);
          }});
     w.begin(158);
-    w.stepHome(0, kLeft);
-    w.stepHome(1, kRight, DanceWriter::Load::Half);
+    w.stepHome(0.5, kLeft);
+    w.stepHome(1.5, kRight, DanceWriter::Load::Half);
     w.arms(-0.3, kChest, 8);
     w.crouch(1.5, 0.14);
     w.lean(1.5, 0.3);

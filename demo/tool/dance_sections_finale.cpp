@@ -75,7 +75,7 @@ void WriteClimax(DanceWriter& w) {
     w.begin(166);
     w.kickSteps(kRight);
     for (int beat = 0; beat < 4; ++beat) w.arms(beat - 0.3, beat % 2 == 0 ? kGoal : kGoalDown, 14);
-    travelTo(w, 0, 168, 170, 3);
+    travelTo(w, 0, 168, 169.5, 2);
     w.begin(168);
     for (int beat = 0; beat < 4; ++beat) {
         w.arm(beat - 0.3, kLeft, beat % 2 == 0 ? kAcross : kSide, 11);
@@ -85,11 +85,12 @@ void WriteClimax(DanceWriter& w) {
 
 void WriteDrawing(DanceWriter& w) {
     w.begin(170);
-    w.twoStep(kRight, 0.15);
-    w.begin(171.5);
-    w.stepHome(0, kLeft, Load::Half);
-    w.arm(-3, kRight, kGoal, 11);
-    w.arm(-3, kLeft, kBent, 11);
+    w.step(0, kRight, 0.26, 0);
+    w.step(1, kLeft, 0.08, 0.02, Load::None);
+    w.stepHome(2, kLeft);
+    w.stepHome(2.65, kRight, Load::Half);
+    w.arm(0, kRight, kGoal, 11);
+    w.arm(0, kLeft, kBent, 11);
     drawing(w, 0, kHip);
     travelTo(w, 1, 173.5, 175.5, 2);
     w.arms(0, kBent);
@@ -110,10 +111,13 @@ void WriteDrawing(DanceWriter& w) {
     travelTo(w, 7, 195.25, 197, 2);
     w.arm(0, kRight, kSide);
     drawing(w, 7, kSideLow);
-    w.begin(199);
-    w.step(0, kRight, 0.42, 0, Load::Half, 0.8);
+    // Aside, so that the last figure is seen, and the pose.
+    w.begin(198.75);
+    w.travel(0, 1, 0.42, 1);
+    w.begin(199.75);
+    w.step(0, kRight, 0.44, 0, Load::Half, 0.7);
     w.crouch(0, 0.06);
-    w.arms(-0.4, kHighOut, 10);
+    w.arms(-0.5, kHighOut, 11);
     w.headLean(-0.4, -0.25);
 }
 

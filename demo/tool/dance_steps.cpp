@@ -116,14 +116,14 @@ void DanceWriter::boxStep(Side first) {
     stepHome(3, second);
 }
 
-void DanceWriter::march(double kneeHeight) {
-    for (int beat = 0; beat < 4; ++beat) {
+void DanceWriter::march(double kneeHeight, int knees) {
+    for (int beat = 0; beat < knees; ++beat) {
         const Side side = beat % 2 == 0 ? kLeft : kRight;
-        kick(beat + 0.25, side, signOf(side) * 0.10, 0.10, kneeHeight);
-        plan_.feet[side].back().travelSeconds = 0.5 * kBeatSeconds;
-        put(beat + 0.9, side, signOf(side) * kHalfStance, 0, 0.5).arc = 0;
+        kick(beat + 0.22, side, signOf(side) * 0.10, 0.10, kneeHeight);
+        plan_.feet[side].back().travelSeconds = 0.47 * kBeatSeconds;
+        put(beat + 0.74, side, signOf(side) * kHalfStance, 0, 0.46).arc = 0;
     }
-    weight(3.9, 0.5);
+    weight(knees - 0.1, 0.5);
 }
 
 void DanceWriter::walk(double ahead) {
@@ -134,8 +134,8 @@ void DanceWriter::walk(double ahead) {
     step(2, kLeft, -0.09, s * kStride * 2.6);
     moveHome(0, s * kStride * 2.6);
     if (ahead > 0) {
-        kick(3, kRight, 0.10, 0.42, 0.28);
-        step(3.75, kRight, kHalfStance, 0, Load::Half);
+        kick(2.8, kRight, 0.10, 0.42, 0.28);
+        step(3.36, kRight, kHalfStance, 0, Load::Half, 0.5);
     } else {
         stepHome(3, kRight, Load::Half);
     }
@@ -146,15 +146,15 @@ void DanceWriter::kickSteps(Side first) {
         const Side foot = half == 0 ? first : otherSide(first);
         const double beat = half * 2;
         stepHome(beat, foot);
-        kick(beat + 1, otherSide(foot), signOf(foot) * 0.12, 0.46, 0.30);
+        kick(beat + 0.85, otherSide(foot), signOf(foot) * 0.12, 0.46, 0.30);
         plan_.feet[otherSide(foot)].back().travelSeconds = 0.75 * kBeatSeconds;
     }
-    step(3.8, first, signOf(first) * kHalfStance, 0, Load::Half, 0.6);
+    step(3.37, first, signOf(first) * kHalfStance, 0, Load::Half, 0.5);
 }
 
 void DanceWriter::lunge(Side side) {
     const double s = signOf(side);
-    step(0, side, s * 0.62, 0.05, Load::All, 0.9);
+    step(0, side, s * 0.62, 0.05, Load::All, 0.85);
     crouch(-0.3, 0.15);
     crouch(2.2, 0.02);
     step(3, side, s * kHalfStance, 0, Load::Half, 0.9);
@@ -163,12 +163,12 @@ void DanceWriter::lunge(Side side) {
 void DanceWriter::spin(Side towards) {
     const double quarter = -signOf(towards) * std::numbers::pi / 2;
     Side foot = towards;
-    for (int beat = 0; beat < 4; ++beat) {
+    for (const double beat : {0.0, 0.85, 1.7, 2.5}) {
         turnHome(quarter);
         step(beat, foot, signOf(foot) * (kHalfStance + 0.02), 0, Load::All, 0.7);
         foot = otherSide(foot);
     }
-    step(3.5, foot, signOf(foot) * kHalfStance, 0, Load::Half, 0.5);
+    step(3.1, foot, signOf(foot) * kHalfStance, 0, Load::Half, 0.5);
 }
 
 void DanceWriter::jumpingJack() {

@@ -71,16 +71,16 @@ class DanceWriter {
 
     // --- figures of a bar or two; `first` is the side that leads
 
-    void stand();                            // weight to and fro
-    void twoStep(Side first, double width);  // side, touch, side, touch
-    void grapevine(Side first);              // side, behind, side, touch: leads a metre away
-    void boxStep(Side first);                // across, back, side, home
-    void march(double kneeHeight);           // four lifted knees
-    void walk(double ahead);                 // three steps and a kick
-    void kickSteps(Side first);              // step and kick, twice
-    void lunge(Side side);                   // wide and low, and back
-    void spin(Side towards);                 // a full turn in four steps
-    void jumpingJack();                      // out, in, out, in
+    void stand();                                  // weight to and fro
+    void twoStep(Side first, double width);        // side, touch, side, touch
+    void grapevine(Side first);                    // side, behind, side, touch: leads a metre away
+    void boxStep(Side first);                      // across, back, side, home
+    void march(double kneeHeight, int knees = 4);  // a lifted knee a beat
+    void walk(double ahead);                       // three steps and a kick
+    void kickSteps(Side first);                    // step and kick, twice
+    void lunge(Side side);                         // wide and low, and back
+    void spin(Side towards);                       // a full turn in four steps
+    void jumpingJack();                            // out, in, out, in
     void travel(double startBeat, double stopBeat, double toRight, int pairs);  // side, together
 
   private:

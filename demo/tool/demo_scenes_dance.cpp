@@ -104,11 +104,11 @@ std::string DressedLamps(DemoBuilder& demo, const std::string& puppet, const Pic
     const std::string dress =
         demo.add("LightScreenEffect", {puppet, pictures.lamp, pictures.shell});
     demo.set(dress, "Reflection", 0);
-    demo.setColor(dress, "Illum Color", 0.35f, 0.9f, 1, 1);
-    demo.set(dress, "Saturation", 1.6f);
-    demo.set(dress, "Randomize", 0.65f);
+    demo.setColor(dress, "Illum Color", 0.5f, 0.72f, 1.1f, 1);
+    demo.set(dress, "Saturation", 1.7f);
+    demo.set(dress, "Randomize", 0.6f);
     demo.animate(dress, "Random Phase", {{start, 0}, {stop, 12, kKeyLinear}});
-    demo.pulse(dress, "Illumination", start, stop, 0.5f, 0.7f * brightness, 1.5f * brightness);
+    demo.pulse(dress, "Illumination", start, stop, 0.5f, 0.9f * brightness, 1.8f * brightness);
     lightHand(demo, dress, 2.5f * brightness);
     return dress;
 }
@@ -158,7 +158,7 @@ std::string StageLights(DemoBuilder& demo, const Pictures& pictures, float start
     demo.set(lights, "Saturation", 1.7f);
     demo.set(lights, "Randomize", 0.85f);
     demo.animate(lights, "Random Phase", {{start, 0}, {stop, 30, kKeyLinear}});
-    demo.pulse(lights, "Illumination", start, stop, 0.5f, 0.35f * brightness, 1.1f * brightness);
+    demo.pulse(lights, "Illumination", start, stop, 0.5f, 0.25f * brightness, 0.8f * brightness);
     return lights;
 }
 
@@ -289,9 +289,9 @@ std::string OrbitView(DemoBuilder& demo, const std::string& scenery, const Pictu
                       float start, float stop) {
     const std::string camera = Camera(demo, 0.3f, 178, 0.2f);
     lead(demo, camera, "Radius",
-         {{start, 4.4f, 3.4f}, {174, 3.0f, 2.7f}, {178, 3.4f, 3.0f}, {186, 4.2f, 3.4f}}, stop);
+         {{start, 3.6f, 2.8f}, {174, 3.0f, 2.7f}, {178, 2.9f, 2.6f}, {186, 3.6f, 2.9f}}, stop);
     lead(demo, camera, "Height",
-         {{start, 0.4f, 0.7f}, {174, 1.3f, 1.6f}, {178, 2.2f, 1.8f}, {186, 2.6f, 1.2f}}, stop);
+         {{start, 0.4f, 0.7f}, {174, 1.3f, 1.6f}, {178, 1.9f, 1.6f}, {186, 1.9f, 0.9f}}, stop);
     lead(demo, camera, "Pan",
          {{start, -0.6f, -1.0f}, {174, 0.1f, 0.2f}, {178, 0.0f, 0.0f}, {186, 0.8f, 0.8f}}, stop);
     demo.set(camera, "Target Height", 1.05f);
