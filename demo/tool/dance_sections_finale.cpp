@@ -75,7 +75,7 @@ void WriteClimax(DanceWriter& w) {
     w.begin(166);
     w.kickSteps(kRight);
     for (int beat = 0; beat < 4; ++beat) w.arms(beat - 0.3, beat % 2 == 0 ? kGoal : kGoalDown, 14);
-    travelTo(w, 0, 168, 169.5, 2);
+    travelTo(w, 0, 168, 169.5, 3);
     w.begin(168);
     for (int beat = 0; beat < 4; ++beat) {
         w.arm(beat - 0.3, kLeft, beat % 2 == 0 ? kAcross : kSide, 11);

@@ -158,7 +158,7 @@ std::string StageLights(DemoBuilder& demo, const Pictures& pictures, float start
     demo.set(lights, "Saturation", 1.7f);
     demo.set(lights, "Randomize", 0.85f);
     demo.animate(lights, "Random Phase", {{start, 0}, {stop, 30, kKeyLinear}});
-    demo.pulse(lights, "Illumination", start, stop, 0.5f, 0.25f * brightness, 0.8f * brightness);
+    demo.pulse(lights, "Illumination", start, stop, 0.5f, 0.2f * brightness, 0.7f * brightness);
     return lights;
 }
 
@@ -190,8 +190,9 @@ std::string Scenery(DemoBuilder& demo, const Pictures& pictures, float start, fl
     constexpr float kMirrored = 0.4f;  // of the light in the floor
     const std::string body = Puppet(demo, "puppet.obj");
     const std::string lamps = Puppet(demo, "puppet_lamps.obj");
-    const std::string frames = Model(
-        demo, "stage_frames.obj", Surface(demo, pictures.shell, pictures.lamp, 0.5f, 0, {1, 1, 1}));
+    const std::string frames =
+        Model(demo, "stage_frames.obj",
+              Surface(demo, pictures.shell, pictures.lamp, 0.22f, 0, {1, 1, 1}));
     const std::string firstRow = Row(demo, body, pictures, 0);
     drawIntoFloor(demo, firstRow, start);
     const std::string secondRow = Row(demo, body, pictures, kRowLength);
@@ -244,27 +245,27 @@ std::string FrontView(DemoBuilder& demo, const std::string& scenery, const Pictu
     const std::string camera = Camera(demo, 0.02f, 184, 0);
     lead(demo, camera, "Radius",
          {{start, 3.4f, 3.4f},
-          {170, 3.8f, 3.1f},
-          {176, 3.1f, 3.5f},
-          {180, 4.5f, 4.1f},
-          {182, 3.3f, 3.8f},
-          {188, 3.6f, 3.1f},
-          {192, 3.2f, 3.5f},
-          {194, 3.0f, 3.3f},
-          {196, 3.7f, 3.2f},
-          {198, 4.5f, 5.0f}},
+          {170, 3.5f, 2.8f},
+          {176, 2.8f, 3.1f},
+          {180, 4.0f, 3.7f},
+          {182, 3.0f, 3.4f},
+          {188, 3.3f, 2.8f},
+          {192, 2.9f, 3.2f},
+          {194, 2.7f, 3.0f},
+          {196, 3.4f, 2.9f},
+          {198, 3.9f, 4.4f}},
          stop);
     lead(demo, camera, "Pan",
          {{start, 1, 1},
           {170, 1.2f, 1.0f},
           {176, 0.5f, 0.4f},
-          {180, 0.1f, -0.1f},
+          {180, 0.25f, 0.05f},
           {182, -0.8f, -1.0f},
           {188, -1.1f, -0.7f},
           {192, -0.3f, 0.1f},
           {194, 0.4f, 0.5f},
           {196, 1.1f, 1.0f},
-          {198, 0.2f, 0.1f}},
+          {198, 0.45f, 0.3f}},
          stop);
     lead(demo, camera, "Height",
          {{start, 1.4f, 1.4f},

@@ -55,7 +55,7 @@ Layer paintStageRoom() {
 // The puppet's shells, wrapped around every limb from its lower end to the upper.
 Layer paintStageShell() {
     constexpr int kSize = 512;
-    constexpr Colour kSteel = hexColour(0x4a5475), kShadow = hexColour(0x181c2e);
+    constexpr Colour kSteel = hexColour(0x6f7ba6), kShadow = hexColour(0x20263c);
     Layer layer(kSize, kSize);
     layer.fill([&](int x, int y) {
         const float u = share(x, kSize), v = share(y, kSize);
