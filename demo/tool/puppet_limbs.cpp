@@ -159,9 +159,7 @@ const Profile& shoe() {
     return profile;
 }
 
-}  // namespace
-
-void HeadBody(Mesh& mesh) {
+void headBody(Mesh& mesh) {
     mesh.addBall({0, -kHeadLength / 2, 0}, 0.047);
     mesh.addProfile(Profile({{-0.080, 0.038, 0.040},
                              {-0.060, 0.041, 0.043},
@@ -180,14 +178,14 @@ void HeadBody(Mesh& mesh) {
 }
 
 // The visor: one broad band of light across the face.
-void HeadLamps(Mesh& mesh) {
+void headLamps(Mesh& mesh) {
     mesh.addPatch(skull(), 0.064, 0.112, 0, 1.15, 0.006, 24, 8);
     for (const double side : {-1.0, 1.0}) {
         mesh.addPatch(skull(), 0.02, 0.15, 2 * kQuarter + side * 0.55, 0.06, 0.004, 4, 10);
     }
 }
 
-void TorsoBody(Mesh& mesh) {
+void torsoBody(Mesh& mesh) {
     mesh.addProfile(chest(), 30, 3);
     // The waist's discs.
     for (int disc = 0; disc < 3; ++disc) {
@@ -208,7 +206,7 @@ void TorsoBody(Mesh& mesh) {
     mesh.addPatch(chest(), -0.100, 0.210, 2 * kQuarter, 0.14, 0.012, 6, 16);
 }
 
-void TorsoLamps(Mesh& mesh) {
+void torsoLamps(Mesh& mesh) {
     // The heart: a disc between the chest's plates, and the strips that lead down from it.
     mesh.addPatch(chest(), 0.075, 0.135, 0, 0.13, 0.016, 10, 10);
     mesh.addPatch(chest(), -0.100, 0.055, 0, 0.045, 0.008, 4, 12);
@@ -218,7 +216,7 @@ void TorsoLamps(Mesh& mesh) {
     }
 }
 
-void PelvisBody(Mesh& mesh) {
+void pelvisBody(Mesh& mesh) {
     mesh.addProfile(pelvis(), 26, 3);
     for (const double side : {-1.0, 1.0}) {
         mesh.addPatch(pelvis(), -0.030, 0.072, side * 0.95, 0.60, 0.008, 12, 8);
@@ -226,11 +224,11 @@ void PelvisBody(Mesh& mesh) {
     }
 }
 
-void PelvisLamps(Mesh& mesh) {
+void pelvisLamps(Mesh& mesh) {
     mesh.addPatch(pelvis(), -0.035, 0.066, 0, 0.10, 0.009, 5, 8);
 }
 
-void UpperArmBody(Mesh& mesh) {
+void upperArmBody(Mesh& mesh) {
     lowered(mesh);
     joints(mesh, kUpperArm, 0.058, 0.037);
     mesh.addProfile(upperArm());
@@ -244,7 +242,7 @@ void UpperArmBody(Mesh& mesh) {
     mesh.addPatch(upperArm(), -0.085, 0.060, 0, 0.9, 0.005, 10, 10);
 }
 
-void UpperArmLamps(Mesh& mesh) {
+void upperArmLamps(Mesh& mesh) {
     lowered(mesh);
     mesh.addBelt(upperArm(), -0.094, 0.007);
     for (const double side : {-1.0, 1.0}) {
@@ -252,14 +250,14 @@ void UpperArmLamps(Mesh& mesh) {
     }
 }
 
-void ForearmBody(Mesh& mesh) {
+void forearmBody(Mesh& mesh) {
     joints(mesh, kForearm, 0, 0.027);
     mesh.addProfile(forearm());
     mesh.addPatch(forearm(), -0.070, 0.085, kQuarter, 0.8, 0.006, 10, 10);
     mesh.addPatch(forearm(), -0.070, 0.085, -kQuarter, 0.8, 0.006, 10, 10);
 }
 
-void ForearmLamps(Mesh& mesh) {
+void forearmLamps(Mesh& mesh) {
     mesh.addBelt(forearm(), -0.090, 0.006);
     for (const double side : {-1.0, 1.0}) {
         mesh.addPatch(forearm(), -0.055, 0.070, side * kQuarter, 0.11, 0.010, 4, 10);
@@ -267,7 +265,7 @@ void ForearmLamps(Mesh& mesh) {
 }
 
 // Palm inward, thumb ahead.
-void HandBody(Mesh& mesh) {
+void handBody(Mesh& mesh) {
     mesh.addProfile(Profile({{0.020, 0.008, 0.026, 0, 0.000, 2.6},
                              {0.024, 0.013, 0.040, 0, 0.000, 2.8},
                              {0.060, 0.016, 0.041, 0, 0.002, 2.8},
@@ -283,7 +281,7 @@ void HandBody(Mesh& mesh) {
     finger(mesh, {0, 0.078, 0.030}, {0, -0.75, 0.62}, 0.066, 0.0115);
 }
 
-void HandLamps(Mesh& mesh) {
+void handLamps(Mesh& mesh) {
     // Knuckles on both sides.
     for (int i = 0; i < 4; ++i) {
         for (const double side : {-1.0, 1.0}) {
@@ -292,21 +290,21 @@ void HandLamps(Mesh& mesh) {
     }
 }
 
-void ThighBody(Mesh& mesh) {
+void thighBody(Mesh& mesh) {
     joints(mesh, kThigh, 0.066, 0.052);
     mesh.addProfile(thigh(), 24, 3);
     mesh.addPatch(thigh(), -0.130, 0.120, 0, 0.85, 0.007, 12, 14);
     mesh.addPatch(thigh(), -0.110, 0.130, 2 * kQuarter, 0.75, 0.006, 12, 14);
 }
 
-void ThighLamps(Mesh& mesh) {
+void thighLamps(Mesh& mesh) {
     mesh.addBelt(thigh(), -0.150, 0.009, 28);
     for (const double side : {-1.0, 1.0}) {
         mesh.addPatch(thigh(), -0.110, 0.130, side * kQuarter, 0.07, 0.007, 4, 14);
     }
 }
 
-void ShinBody(Mesh& mesh) {
+void shinBody(Mesh& mesh) {
     joints(mesh, kShin, 0, 0.037);
     mesh.addProfile(shin(), 24, 3);
     // The knee's cap.
@@ -320,43 +318,45 @@ void ShinBody(Mesh& mesh) {
     mesh.addPatch(shin(), -0.060, 0.130, 2 * kQuarter, 0.8, 0.008, 12, 12);
 }
 
-void ShinLamps(Mesh& mesh) {
+void shinLamps(Mesh& mesh) {
     mesh.addBelt(shin(), -0.150, 0.008);
     for (const double side : {-1.0, 1.0}) {
         mesh.addPatch(shin(), -0.110, 0.110, side * kQuarter, 0.08, 0.007, 4, 14);
     }
 }
 
-void FootBody(Mesh& mesh) {
+void footBody(Mesh& mesh) {
     footPlacement(mesh);
     mesh.addProfile(shoe(), 24, 3);
 }
 
 // A line of light around the sole.
-void FootLamps(Mesh& mesh) {
+void footLamps(Mesh& mesh) {
     footPlacement(mesh);
     for (const double side : {-1.0, 1.0}) {
         mesh.addPatch(shoe(), -0.070, 0.190, side * 1.95, 0.10, 0.005, 4, 18);
     }
 }
 
+}  // namespace
+
 std::span<const LimbShape> LimbShapes() {
     static constexpr LimbShape kShapes[] = {
-        {"HEAD", HeadBody, HeadLamps},
-        {"RIGHT_HAND", HandBody, HandLamps},
-        {"LEFT_HAND", HandBody, HandLamps},
-        {"RIGHT_LOWERARM", ForearmBody, ForearmLamps},
-        {"LEFT_LOWERARM", ForearmBody, ForearmLamps},
-        {"RIGHT_UPPERARM", UpperArmBody, UpperArmLamps},
-        {"LEFT_UPPERARM", UpperArmBody, UpperArmLamps},
-        {"TORSO", TorsoBody, TorsoLamps},
-        {"TRICENTER", PelvisBody, PelvisLamps},
-        {"RIGHT_UPPERLEG", ThighBody, ThighLamps},
-        {"LEFT_UPPERLEG", ThighBody, ThighLamps},
-        {"RIGHT_LOWERLEG", ShinBody, ShinLamps},
-        {"LEFT_LOWERLEG", ShinBody, ShinLamps},
-        {"RIGHT_FOOT", FootBody, FootLamps},
-        {"LEFT_FOOT", FootBody, FootLamps},
+        {"HEAD", headBody, headLamps},
+        {"RIGHT_HAND", handBody, handLamps},
+        {"LEFT_HAND", handBody, handLamps},
+        {"RIGHT_LOWERARM", forearmBody, forearmLamps},
+        {"LEFT_LOWERARM", forearmBody, forearmLamps},
+        {"RIGHT_UPPERARM", upperArmBody, upperArmLamps},
+        {"LEFT_UPPERARM", upperArmBody, upperArmLamps},
+        {"TORSO", torsoBody, torsoLamps},
+        {"TRICENTER", pelvisBody, pelvisLamps},
+        {"RIGHT_UPPERLEG", thighBody, thighLamps},
+        {"LEFT_UPPERLEG", thighBody, thighLamps},
+        {"RIGHT_LOWERLEG", shinBody, shinLamps},
+        {"LEFT_LOWERLEG", shinBody, shinLamps},
+        {"RIGHT_FOOT", footBody, footLamps},
+        {"LEFT_FOOT", footBody, footLamps},
     };
     return kShapes;
 }

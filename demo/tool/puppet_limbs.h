@@ -18,23 +18,4 @@ struct LimbShape {
 // All fifteen.
 std::span<const LimbShape> LimbShapes();
 
-void HeadBody(Mesh& mesh);
-void HeadLamps(Mesh& mesh);
-void TorsoBody(Mesh& mesh);
-void TorsoLamps(Mesh& mesh);
-void PelvisBody(Mesh& mesh);
-void PelvisLamps(Mesh& mesh);
-void UpperArmBody(Mesh& mesh);
-void UpperArmLamps(Mesh& mesh);
-void ForearmBody(Mesh& mesh);
-void ForearmLamps(Mesh& mesh);
-void HandBody(Mesh& mesh);
-void HandLamps(Mesh& mesh);
-void ThighBody(Mesh& mesh);
-void ThighLamps(Mesh& mesh);
-void ShinBody(Mesh& mesh);
-void ShinLamps(Mesh& mesh);
-void FootBody(Mesh& mesh);
-void FootLamps(Mesh& mesh);
-
 }  // namespace puppet
