@@ -131,12 +131,12 @@ void WriteEnding(DanceWriter& w) {
     w.arms(-0.3, kSide);
     w.arms(1.6, kOverhead);
     w.arms(3.6, kBent);
-    w.begin(204.5);
-    w.twoStep(kLeft, 0.2);
-    for (int beat = 0; beat < 4; ++beat) w.arms(beat - 0.3, beat % 2 == 0 ? kClapHigh : kGoal, 13);
-    w.begin(207);
+    // Back to the middle of the stage.
+    w.begin(203.75);
+    w.travel(0, 6, -w.homeX(), 4);
+    for (int beat = 0; beat < 6; ++beat) w.arms(beat + 0.2, beat % 2 == 0 ? kClapHigh : kGoal, 13);
+    w.begin(207.25);
     w.step(0, kLeft, -0.30, 0, Load::Half, 0.8);
-    w.stepHome(1, kRight, Load::Half);
     w.arms(-0.3, kHighOut, 9);
     // The bow, and standing until the light goes out.
     w.begin(208);

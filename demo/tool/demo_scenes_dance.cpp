@@ -30,6 +30,14 @@ struct Pictures {
     std::string shell, mask, lamp, floor, room;
 };
 
+// A picture that goes round a model: past its edge it begins again, without the seam that a border
+// would leave.
+std::string Wrap(DemoBuilder& demo, const char* file) {
+    const std::string picture = Picture(demo, file, false);
+    demo.setFlag(picture, "Repeat", true);
+    return picture;
+}
+
 // A value that is led from one end of a shot to the other, and jumps at the cut to the next.
 struct Shot {
     float start, from, to;
@@ -304,10 +312,9 @@ std::string OrbitView(DemoBuilder& demo, const std::string& scenery, const Pictu
 }  // namespace
 
 std::string Dance(DemoBuilder& demo, float start, float stop) {
-    const Pictures pictures = {
-        Picture(demo, "stage_shell.png", false), Picture(demo, "stage_mask.png", false),
-        Picture(demo, "stage_lamp.png", false), Picture(demo, "stage_floor.png", false),
-        Picture(demo, "stage_room.png", false)};
+    const Pictures pictures = {Wrap(demo, "stage_shell.png"), Wrap(demo, "stage_mask.png"),
+                               Wrap(demo, "stage_lamp.png"), Wrap(demo, "stage_floor.png"),
+                               Wrap(demo, "stage_room.png")};
     const std::string scenery = Scenery(demo, pictures, start, stop);
     const std::string front = FrontView(demo, scenery, pictures, start, stop);
     const std::string orbit = OrbitView(demo, scenery, pictures, start, stop);
