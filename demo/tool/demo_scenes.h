@@ -22,6 +22,10 @@ std::string Temple(DemoBuilder& demo, float start, float stop);
 std::string NorthernLights(DemoBuilder& demo, float start, float stop);
 std::string Ending(DemoBuilder& demo, float start, float stop);
 
+// --- the puppet
+
+std::string Dance(DemoBuilder& demo, float start, float stop);  // from 168 to 200
+
 // --- short cuts
 
 std::string TileTunnel(DemoBuilder& demo, float start, float stop);

@@ -1,6 +1,7 @@
 // Makes the content of the shipped demo.
 //   vorn_make_demo pictures FOLDER
 //   vorn_make_demo music FILE.ogg
+//   vorn_make_demo models FOLDER
 //   vorn_make_demo project SCRIPTS FONTS FOLDER
 #include <cstdio>
 #include <filesystem>
@@ -8,7 +9,10 @@
 #include <vector>
 
 #include "app/session.h"
+#include "demo/tool/dance_capture.h"
 #include "demo/tool/demo_project.h"
+#include "demo/tool/puppet_model.h"
+#include "demo/tool/stage_model.h"
 #include "music.h"
 #include "pictures.h"
 #include "platform/debug_output.h"
@@ -34,6 +38,15 @@ int MakeMusic(const fs::path& file) {
     fs::create_directories(file.parent_path(), ignored);
     std::string error;
     return SynthesiseMusic(file, error) ? 0 : Fail(error);
+}
+
+int MakeModels(const fs::path& folder) {
+    std::error_code ignored;
+    fs::create_directories(folder, ignored);
+    std::string error;
+    return WritePuppet(folder, error) && WriteStage(folder, error) && WriteDance(folder, error)
+               ? 0
+               : Fail(error);
 }
 
 bool CopyFolder(const fs::path& from, const fs::path& to) {
@@ -70,8 +83,10 @@ int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (words.size() == 2 && words[0] == "pictures") return MakePictures(words[1]);
     if (words.size() == 2 && words[0] == "music") return MakeMusic(words[1]);
+    if (words.size() == 2 && words[0] == "models") return MakeModels(words[1]);
     if (words.size() == 4 && words[0] == "project") {
         return MakeProject(fs::absolute(words[1]), fs::absolute(words[2]), fs::absolute(words[3]));
     }
-    return Fail("needs pictures FOLDER, music FILE.ogg, or project SCRIPTS FONTS FOLDER");
+    return Fail(
+        "needs pictures FOLDER, music FILE.ogg, models FOLDER, or project SCRIPTS FONTS FOLDER");
 }

@@ -33,6 +33,13 @@ Layer paintVignette();
 Layer paintLightLeak();
 Layer paintNoiseMask();
 
+// pictures_stage.cpp
+Layer paintStageRoom();
+Layer paintStageShell();
+Layer paintStageMask();
+Layer paintStageFloor();
+Layer paintStageLamp();
+
 // pictures_cards.cpp
 Layer paintLoading();
 Layer paintTitle();

@@ -137,6 +137,8 @@ constexpr std::array kExpected{
     Expected{"vignette.png", 1920, 1080, kPngRgba},
     Expected{"forest.png", 1920, 1080, kPngRgba},
     Expected{"word_motion.png", 1920, 1080, kPngRgba},
+    Expected{"stage_room.png", 1024, 512, kPngRgb},
+    Expected{"stage_mask.png", 512, 512, kPngRgb},
 };
 
 class DemoPicture : public testing::TestWithParam<Expected> {};
