@@ -35,6 +35,10 @@ void NodeTarget::begin() {
         if (back_ == nullptr) makeBack();
         std::swap(front_, back_);
     }
+    resume();
+}
+
+void NodeTarget::resume() const {
     front_->Bind();
     front_->SelectDrawBuffers();
     front_->SetViewport();

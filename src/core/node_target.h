@@ -18,6 +18,8 @@ class NodeTarget {
     // The target for this frame, bound, with its draw buffers and viewport set. The inputs must
     // hold what the pass is going to read.
     void begin();
+    // The same target bound again, for a node that draws into it several times in a frame.
+    void resume() const;
     // Unbinds it and offers it as the product.
     void end();
     const GL_FrameBuffer& front() const { return *front_; }
