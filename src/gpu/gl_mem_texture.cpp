@@ -58,10 +58,21 @@ GL_MemTexture::GL_MemTexture(int imageWidth, int imageHeight, std::uint32_t form
 
 GL_MemTexture::GL_MemTexture(std::uint32_t wrapS, std::uint32_t wrapT, const float* pixels)
     : GL_Image(kFloatPictureSize, kFloatPictureSize, 1) {
+    uploadFloats(wrapS, wrapT, GL_FLOAT, pixels);
+}
+
+GL_MemTexture::GL_MemTexture(std::uint32_t wrapS, std::uint32_t wrapT,
+                             const std::uint16_t* halfFloats)
+    : GL_Image(kFloatPictureSize, kFloatPictureSize, 1) {
+    uploadFloats(wrapS, wrapT, GL_HALF_FLOAT, halfFloats);
+}
+
+void GL_MemTexture::uploadFloats(std::uint32_t wrapS, std::uint32_t wrapT, std::uint32_t type,
+                                 const void* pixels) {
     hasBorder = IsBorder(wrapS, wrapT);
     hasAlpha = hasMipmaps = true;
     BindForUpload(textures[0]);
     SetSampling(wrapS, wrapT);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA16F, width, height, 0, GL_RGBA, GL_FLOAT, pixels);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA16F, width, height, 0, GL_RGBA, type, pixels);
     glGenerateMipmap(GL_TEXTURE_2D);
 }

@@ -106,15 +106,13 @@ bool ImageNode_MotionBlur::runAt(float timeSeconds) {
     return Node::update();
 }
 
-// The product is not offered before the last picture is in: an input that shows this node's own
-// picture sees that of the last time in all of them.
+// The product is not offered before the last picture is in: where the input shows this node's own
+// picture, it is that of the last time in all of them.
 void ImageNode_MotionBlur::blendIn(int index) {
     const NodePass pass(*this, "blend");
     const ImageNode* source = imageInput(0);
     if (index == 0) {
-        target_.begin();
-    } else if (source->images[0].get() == &target_.front()) {
-        return;  // it has just begun to show what is being drawn
+        target_.beginAside();
     } else {
         target_.resume();
     }

@@ -11,6 +11,7 @@
 #include "core/truncated.h"
 #include "gpu/gl_debug.h"
 #include "gpu/gl_mem_texture.h"
+#include "gpu/half_float.h"
 
 namespace {
 
@@ -55,7 +56,7 @@ bool ImageNode_RandomDots::process() {
 void ImageNode_RandomDots::rebuild() {
     images[0].reset();
     if (pixels_ == nullptr) {
-        pixels_ = std::make_unique<float[]>(std::size_t{kSize} * kSize * 4);
+        pixels_ = std::make_unique<std::uint16_t[]>(std::size_t{kSize} * kSize * 4);
     }
     Random::seed(static_cast<std::uint32_t>(TruncatedInt(seed)));
     const std::int32_t count = std::clamp(TruncatedInt(dots), 0, kMostDots);
@@ -69,10 +70,10 @@ void ImageNode_RandomDots::rebuild() {
         const auto at = static_cast<std::size_t>(y * kSize + x) * 4;
         for (std::size_t c = 0; c < 3; ++c) {
             const double drift = (1.0 - drifts[c] / 1000.0) * static_cast<double>(variance);
-            pixels_[at + c] =
-                static_cast<float>(static_cast<double>(color[c]) * std::max(0.0, drift + base));
+            const double light = static_cast<double>(color[c]) * std::max(0.0, drift + base);
+            pixels_[at + c] = HalfBits(static_cast<float>(light));
         }
-        pixels_[at + 3] = 1.0f;
+        pixels_[at + 3] = HalfBits(1.0f);
         written_.push_back(at);
     }
     const GLenum wrap = clampFlag ? GL_CLAMP_TO_BORDER : GL_REPEAT;
@@ -83,6 +84,6 @@ void ImageNode_RandomDots::rebuild() {
 
 // Blackens the dots again, which is far less than the whole block.
 void ImageNode_RandomDots::dropDots() {
-    for (const std::size_t at : written_) std::fill_n(&pixels_[at], 4, 0.0f);
+    for (const std::size_t at : written_) std::fill_n(&pixels_[at], 4, std::uint16_t{0});
     written_.clear();
 }

@@ -39,6 +39,6 @@ class ImageNode_RandomDots : public ImageNode {
     void dropDots();
 
     Recipe last_{};
-    std::unique_ptr<float[]> pixels_;   // kept black between rebuilds
-    std::vector<std::size_t> written_;  // first float of each dot
+    std::unique_ptr<std::uint16_t[]> pixels_;  // half floats, kept black between rebuilds
+    std::vector<std::size_t> written_;         // where each dot begins
 };

@@ -2,9 +2,7 @@
 // in double precision.
 #include <GL/glew.h>
 
-#include <algorithm>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -13,6 +11,7 @@
 #include "gpu/full_screen_quad.h"
 #include "gpu/gl_mem_texture.h"
 #include "gpu/shader_program.h"
+#include "image/blur_formula.h"
 #include "image/directional_blur.h"
 #include "support/gl_fixture.h"
 #include "support/reference_picture.h"
@@ -156,32 +155,6 @@ class DirectionalBlurPass : public GlTest {
         }
     }
 
-    // The formula; the source and the mask are given as they are sampled.
-    static Sample formula(const std::function<Sample(double, double)>& source,
-                          const std::function<Sample(double, double)>& mask, double u, double v,
-                          const Settings& s) {
-        const auto length = static_cast<double>(s.length);
-        const double l = std::max(1.0, length);
-        Sample sum;
-        double weights = 0;
-        for (int k = 0; - l + 0.75 * k <= l; ++k) {
-            const double f = -l + 0.75 * k;
-            const double w = std::pow(1 - std::fabs(f) / l, 2);
-            const double reach = f * std::min(1.0, length) * (1 + length / 10);
-            const double x = static_cast<double>(s.direction.x * s.sampleSize.x) * reach;
-            const double y = static_cast<double>(s.direction.y * s.sampleSize.y) * reach;
-            const Sample m = mask(u + x, v + y), c = source(u + x, v + y);
-            const auto amount = static_cast<double>(s.maskAmount);
-            Sample part;
-            part.addWeighted(c, w * (1 + (m.rgba[0] - 1) * amount));
-            const double most = *std::max_element(c.rgba, c.rgba + 4);
-            part.error += most * w * amount * m.error;
-            sum.addWeighted(part, 1);
-            weights += w;
-        }
-        return sum.over(weights);
-    }
-
     // The target against the formula. The pass turns its picture upside down.
     void expectFormula(const ReferencePicture& picture, const ReferencePicture& maskPicture,
                        const Settings& settings) {
@@ -190,10 +163,9 @@ class DirectionalBlurPass : public GlTest {
         int wrong = 0;
         for (int y = 0; y < kHeight; y += 3) {
             for (int x = 0; x < kWidth; x += 3) {
-                const Sample expected =
-                    formula([&](double u, double v) { return picture.sample(u, v); },
-                            [&](double u, double v) { return maskPicture.sample(u, v); },
-                            (x + 0.5) / kWidth, 1 - (y + 0.5) / kHeight, settings);
+                const double u = (x + 0.5) / kWidth, v = 1 - (y + 0.5) / kHeight;
+                const Sample expected = BlurFormula(SampledFrom(picture), SampledFrom(maskPicture),
+                                                    u, v, u, v, settings);
                 for (std::size_t c = 0; c < 4; ++c) {
                     const auto actual = static_cast<double>(
                         pixels[static_cast<std::size_t>(y * kWidth + x) * 4 + c]);
