@@ -29,13 +29,15 @@ std::string Stars(DemoBuilder& demo, const StarLayer& layer, float start, float 
     demo.set(dots, "Max Luma", layer.luma);
     demo.set(dots, "Variance", layer.variance);
     demo.setColor(dots, "Color", layer.tint.r, layer.tint.g, layer.tint.b, 1);
+    // The transform scales about the corner; these two places put the middle of the sky into the
+    // middle of the screen at every scale.
+    demo.setVec2(dots, "Position", -layer.driftX, -layer.driftY);
+    demo.animate(dots, "Position", {{start, -layer.driftX}, {stop, layer.driftX, kKeyLinear}}, 0);
+    demo.animate(dots, "Position", {{start, -layer.driftY}, {stop, layer.driftY, kKeyLinear}}, 1);
     const std::string moved = demo.add("Transform2D", {dots});
+    demo.setVec2(moved, "Position", 1, 1);
     demo.set(moved, "Scale", layer.from);
     demo.animate(moved, "Scale", {{start, layer.from}, {stop, layer.to, mode}});
-    demo.animate(moved, "Position",
-                 {{start, 0.5f - layer.driftX}, {stop, 0.5f + layer.driftX, kKeyLinear}}, 0);
-    demo.animate(moved, "Position",
-                 {{start, 0.5f - layer.driftY}, {stop, 0.5f + layer.driftY, kKeyLinear}}, 1);
     return moved;
 }
 
@@ -87,40 +89,46 @@ std::string Hologram(DemoBuilder& demo, float start, float stop) {
 
     const std::string room =
         StarLayers(demo,
-                   {{900, 3, 0.9f, 0.05f, {0.5f, 0.6f, 1.0f}, 0.9f, 0.75f, 0.05f, 0.02f},
-                    {400, 8, 1.8f, 0.1f, {0.7f, 0.5f, 1.0f}, 0.8f, 0.6f, 0.1f, 0.03f}},
+                   {{1500, 3, 3.0f, 0.1f, {0.5f, 0.6f, 1.0f}, 0.9f, 0.75f, 0.05f, 0.02f},
+                    {300, 8, 20.0f, 0.5f, {0.7f, 0.4f, 1.0f}, 0.8f, 0.6f, 0.1f, 0.03f}},
                    start, stop, kKeyLinear);
     const std::string both = demo.add("Compose", {room, hologram});
     return Halo(demo, both, 12, 0.8f);
 }
 
 std::string Starfield(DemoBuilder& demo, float start, float stop) {
+    // Far brighter than white: what remains of a dot under the glow is its halo.
     const std::string sky =
         StarLayers(demo,
-                   {{6000, 11, 1.2f, 0.05f, {0.6f, 0.7f, 1.0f}, 0.98f, 0.80f, 0.0f, 0.01f},
-                    {2500, 23, 3.0f, 0.15f, {1.0f, 0.85f, 0.7f}, 0.95f, 0.62f, 0.01f, 0.01f},
-                    {1200, 37, 6.0f, 0.30f, {0.7f, 0.85f, 1.0f}, 0.92f, 0.42f, 0.02f, 0.0f},
-                    {500, 51, 14.0f, 0.50f, {1.0f, 0.8f, 0.9f}, 0.90f, 0.24f, 0.03f, 0.01f}},
+                   {{6000, 11, 2.5f, 0.05f, {0.6f, 0.75f, 1.1f}, 0.98f, 0.80f, 0.0f, 0.01f},
+                    {1500, 23, 12.0f, 0.4f, {1.6f, 1.2f, 0.9f}, 0.95f, 0.62f, 0.01f, 0.01f},
+                    {360, 37, 50.0f, 1.5f, {1.0f, 1.4f, 2.0f}, 0.92f, 0.42f, 0.02f, 0.0f},
+                    {160, 51, 50.0f, 4.0f, {3.5f, 2.4f, 3.0f}, 0.90f, 0.24f, 0.03f, 0.01f}},
                    start, stop, kKeyEaseIn);
-    return Halo(demo, sky, 9, 1.1f);
+    return Halo(demo, sky, 14, 2.2f);
 }
 
 std::string MotionBlurred(DemoBuilder& demo, float start, float stop) {
+    // Bright enough to show when they are drawn out into lines.
     const std::string sparks =
         StarLayers(demo,
-                   {{1500, 71, 6.0f, 0.4f, {0.6f, 0.7f, 1.0f}, 1.0f, 0.35f, 0.0f, 0.0f},
-                    {700, 83, 16.0f, 0.6f, {1.0f, 0.6f, 0.8f}, 1.0f, 0.16f, 0.0f, 0.0f}},
+                   {{2500, 71, 30.0f, 1.0f, {1.0f, 1.5f, 3.0f}, 1.0f, 0.50f, 0.0f, 0.0f},
+                    {700, 83, 50.0f, 3.0f, {4.0f, 3.0f, 5.0f}, 1.0f, 0.20f, 0.0f, 0.0f},
+                    {300, 97, 50.0f, 3.0f, {9.0f, 4.0f, 3.0f}, 1.0f, 0.12f, 0.0f, 0.0f}},
                    start, stop, kKeyEaseIn);
-    const std::string wheel =
-        demo.add("Lettering Overlay", {sparks, Picture(demo, "mandala.png", true)});
+    const std::string ornament = Picture(demo, "mandala.png", true);
+    demo.setChoice(ornament, "Scale", 1);                  // round, not stretched
+    demo.setVec2(ornament, "Position", 0.7333f, 0.5259f);  // a square of 1024 in the middle
+    const std::string wheel = demo.add("Lettering Overlay", {sparks, ornament});
     demo.set(wheel, "Glow", 0);
     demo.set(wheel, "Darken", 0);
-    demo.animate(wheel, "Rotation", {{start, 0}, {stop, 1800, kKeyEaseIn}});
-    demo.animate(wheel, "Scale", {{start, 0.6f}, {stop, 1.5f, kKeyEaseIn}});
+    demo.setColor(wheel, "Tint", 0.75f, 0.65f, 0.9f, 1);
+    demo.animate(wheel, "Rotation", {{start, 0}, {stop, 420, kKeyEaseIn}});
+    demo.animate(wheel, "Scale", {{start, 0.5f}, {stop, 1.1f, kKeyEaseIn}});
     const std::string blurred = demo.add("MotionBlur", {wheel});
     demo.setChoice(blurred, "Samples", 6);
-    demo.set(blurred, "Shutter", 0.04f);
-    return Halo(demo, blurred, 14, 0.6f);
+    demo.set(blurred, "Shutter", 0.1f);
+    return Halo(demo, blurred, 12, 0.5f);
 }
 
 }  // namespace demo_scenes
