@@ -103,7 +103,7 @@ std::string Starfield(DemoBuilder& demo, float start, float stop) {
                    {{6000, 11, 2.5f, 0.05f, {0.6f, 0.75f, 1.1f}, 0.98f, 0.80f, 0.0f, 0.01f},
                     {1500, 23, 12.0f, 0.4f, {1.6f, 1.2f, 0.9f}, 0.95f, 0.62f, 0.01f, 0.01f},
                     {360, 37, 50.0f, 1.5f, {1.0f, 1.4f, 2.0f}, 0.92f, 0.42f, 0.02f, 0.0f},
-                    {160, 51, 50.0f, 4.0f, {3.5f, 2.4f, 3.0f}, 0.90f, 0.24f, 0.03f, 0.01f}},
+                    {160, 51, 50.0f, 2.0f, {1.6f, 1.2f, 1.5f}, 0.90f, 0.30f, 0.03f, 0.01f}},
                    start, stop, kKeyEaseIn);
     return Halo(demo, sky, 14, 2.2f);
 }
