@@ -126,8 +126,8 @@ std::string MotionBlurred(DemoBuilder& demo, float start, float stop) {
     demo.animate(wheel, "Rotation", {{start, 0}, {stop, 420, kKeyEaseIn}});
     demo.animate(wheel, "Scale", {{start, 0.5f}, {stop, 1.1f, kKeyEaseIn}});
     const std::string blurred = demo.add("MotionBlur", {wheel});
-    demo.setChoice(blurred, "Samples", 6);
-    demo.set(blurred, "Shutter", 0.1f);
+    demo.setChoice(blurred, "Samples", 4);  // twelve
+    demo.set(blurred, "Shutter", 0.08f);
     return Halo(demo, blurred, 12, 0.5f);
 }
 
