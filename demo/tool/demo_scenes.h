@@ -37,6 +37,15 @@ std::string Trail(DemoBuilder& demo, float start, float stop);
 std::string MeltingCity(DemoBuilder& demo, float start, float stop);
 std::string Grid(DemoBuilder& demo, float start, float stop);
 
+// --- scenes for any place on the timeline: keys are set from `start` to `stop`, in seconds
+
+// A hologram that goes through all of its shapes and ends in free orbit. About 16 to 20 s.
+std::string Hologram(DemoBuilder& demo, float start, float stop);
+// A flight through stars at several depths, to lie under a title.
+std::string Starfield(DemoBuilder& demo, float start, float stop);
+// A spinning ornament in a rush of sparks, blurred by its motion. About 8 s.
+std::string MotionBlurred(DemoBuilder& demo, float start, float stop);
+
 // --- what several scenes share
 
 // A picture of the demo, fitted to the frame. Pictures with alpha are premultiplied.

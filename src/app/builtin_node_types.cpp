@@ -16,7 +16,11 @@
 #include "geometry/material_node.h"
 #include "geometry/transform3d_node_orbit_camera.h"
 #include "image/image_node_compose.h"
+#include "image/image_node_glow.h"
+#include "image/image_node_holo_ball.h"
+#include "image/image_node_motion_blur.h"
 #include "image/image_node_radiosity_renderer.h"
+#include "image/image_node_random_dots.h"
 #include "image/image_node_reader.h"
 #include "image/image_node_transform2d.h"
 
@@ -43,16 +47,20 @@ std::vector<NodeType> BuiltInNodeTypes() {
         {"Material", Make<MaterialNode>},
         {"3DRender_RAD", Make<ImageNode_RadiosityRenderer>},
         {"3DPrimitive", Make<GeometryNode_Primitives>},
+        {"MotionBlur", Make<ImageNode_MotionBlur>},
         {"Kinect2Puppet", Make<GeometryNode_KinectModel>},
         {"LightScreenEffect", Make<GeometryNode_ScreenEffectKinect>},
         {"Time Switch Image", Make<ImageNode_TimeSwitch>},
         {"Time Switch Camera", Make<Transform3DNode_TimeSwitch>},
         {"Combine Geometry", Make<GeometryNode_CombineGeometry>},
+        {"Random Dots", Make<ImageNode_RandomDots>},
         {"HandLine", Make<GeometryNode_HandLine>},
         {"FallingModel", Make<GeometryNode_FallingModels>},
         {"Randomize Material", Make<GeometryNode_RandomizeMaterial>},
         {"Particle Mesher", Make<GeometryNode_ParticleMesher>},
+        {"Glow", Make<ImageNode_Glow>},
         {"Sequencer", Make<ImageNode_Sequence>},
         {"Compose", Make<ImageNode_Compose>},
+        {"HoloBall", Make<ImageNode_HoloBall>},
     };
 }

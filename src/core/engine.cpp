@@ -63,6 +63,7 @@ void Engine::update(float timeSeconds) {
     }
     if (time >= 0.0f) deltaTime = timeSeconds - time;
     time = timeSeconds;
+    rerunsLeft = kMostReruns;
     updateAnimation();
     for (auto& [nodeId, node] : nodes) {
         if (node) node->updated = false;

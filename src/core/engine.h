@@ -97,6 +97,10 @@ class Engine : public Value_Keyframe_Handler {
     int renderEnabled = 1;              // 0 while nodes only take in parameters
     FrameProfiler* profiler = nullptr;  // not owned; null: nothing is measured
     int pullDepth = 0;                  // nodes that are running now, each pulled by the one before
+    // How often nodes may still run their inputs another time in this frame. Nodes that do so, one
+    // behind the other, multiply; this keeps a frame from never ending.
+    static constexpr int kMostReruns = 65536;
+    int rerunsLeft = kMostReruns;
 
     OrderedMap<std::string, std::int32_t> typeCounters;
     OrderedMap<std::string, std::unique_ptr<Node>> nodes;  // a place may be empty

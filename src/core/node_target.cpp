@@ -11,12 +11,12 @@ NodeTarget::NodeTarget(ImageNode& node) : node_(node), front_(MakeFrameTarget())
     node_.images[0] = front_;
 }
 
-bool NodeTarget::nodeReadsOwnPicture() const {
+bool NodeTarget::isRead(const std::shared_ptr<GL_FrameBuffer>& picture) const {
     for (int port = 0; port < node_.inputCount; ++port) {
         const ImageNode* source = node_.imageInput(port);
         if (source == nullptr) continue;
         const auto& shown = source->images;
-        if (std::find(shown.begin(), shown.end(), front_) != shown.end()) return true;
+        if (std::find(shown.begin(), shown.end(), picture) != shown.end()) return true;
     }
     return false;
 }
@@ -31,10 +31,21 @@ void NodeTarget::makeBack() {
 }
 
 void NodeTarget::begin() {
-    if (nodeReadsOwnPicture()) {
-        if (back_ == nullptr) makeBack();
-        std::swap(front_, back_);
-    }
+    if (isRead(front_)) swapTargets();
+    resume();
+}
+
+void NodeTarget::beginAside() {
+    if (back_ == nullptr || !isRead(back_)) swapTargets();
+    resume();
+}
+
+void NodeTarget::swapTargets() {
+    if (back_ == nullptr) makeBack();
+    std::swap(front_, back_);
+}
+
+void NodeTarget::resume() const {
     front_->Bind();
     front_->SelectDrawBuffers();
     front_->SetViewport();

@@ -18,12 +18,18 @@ class NodeTarget {
     // The target for this frame, bound, with its draw buffers and viewport set. The inputs must
     // hold what the pass is going to read.
     void begin();
+    // The target that is not on offer, for a node whose inputs run again while it draws: they go on
+    // reading the picture of the last time until the end.
+    void beginAside();
+    // The same target bound again, for a node that draws into it several times in a frame.
+    void resume() const;
     // Unbinds it and offers it as the product.
     void end();
     const GL_FrameBuffer& front() const { return *front_; }
 
   private:
-    bool nodeReadsOwnPicture() const;
+    bool isRead(const std::shared_ptr<GL_FrameBuffer>& picture) const;
+    void swapTargets();
     void makeBack();
 
     ImageNode& node_;

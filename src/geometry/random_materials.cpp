@@ -2,28 +2,17 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 
 #include "core/random.h"
-
-namespace {
-
-// Truncated; what 32 bits cannot hold, and what is no number, is the smallest integer.
-std::int32_t Truncated(float value) {
-    constexpr float kLimit = 2147483648.0f;
-    if (value >= -kLimit && value < kLimit) return static_cast<std::int32_t>(value);
-    return std::numeric_limits<std::int32_t>::min();
-}
-
-}  // namespace
+#include "core/truncated.h"
 
 void SeedMaterials(float seed) {
-    Random::seed(static_cast<std::uint32_t>(Truncated(seed)));
+    Random::seed(static_cast<std::uint32_t>(TruncatedInt(seed)));
 }
 
 float Drift(int random, float phase, float amount) {
     constexpr int kHalfPeriod = 10000;
-    const std::int64_t at = std::int64_t{random} + Truncated(phase * 10000.0f);
+    const std::int64_t at = std::int64_t{random} + TruncatedInt(phase * 10000.0f);
     const auto wave = static_cast<int>(at % (2 * kHalfPeriod)) - kHalfPeriod;
     return static_cast<float>(kHalfPeriod - std::abs(wave)) * amount / 10000.0f;
 }

@@ -11,6 +11,12 @@ class GL_MemTexture : public GL_Image {
                   std::uint32_t wrapT, const std::uint8_t* pixels);
     // `pixels`: 1024 * 1024 RGBA floats, kept as 16-bit floats.
     GL_MemTexture(std::uint32_t wrapS, std::uint32_t wrapT, const float* pixels);
+    // The same from 16-bit floats: nothing to convert, and no driver's own rounding.
+    GL_MemTexture(std::uint32_t wrapS, std::uint32_t wrapT, const std::uint16_t* halfFloats);
+
+  private:
+    void uploadFloats(std::uint32_t wrapS, std::uint32_t wrapT, std::uint32_t type,
+                      const void* pixels);
 };
 
 // Megabytes of byte pictures uploaded since the start, mipmaps not counted; never goes down.

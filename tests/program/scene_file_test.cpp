@@ -210,17 +210,21 @@ TEST(SceneFile, TypesStandInTheirOrder) {
                                             "Material",
                                             "3DRender_RAD",
                                             "3DPrimitive",
+                                            "MotionBlur",
                                             "Kinect2Puppet",
                                             "LightScreenEffect",
                                             "Time Switch Image",
                                             "Time Switch Camera",
                                             "Combine Geometry",
+                                            "Random Dots",
                                             "HandLine",
                                             "FallingModel",
                                             "Randomize Material",
                                             "Particle Mesher",
+                                            "Glow",
                                             "Sequencer",
-                                            "Compose"};
+                                            "Compose",
+                                            "HoloBall"};
     std::vector<std::string> present;
     for (const auto& type : types) {
         if (std::find(order.begin(), order.end(), type) != order.end()) present.push_back(type);
