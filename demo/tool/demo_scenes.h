@@ -33,6 +33,12 @@ std::string Trail(DemoBuilder& demo, float start, float stop);
 std::string MeltingCity(DemoBuilder& demo, float start, float stop);
 std::string Grid(DemoBuilder& demo, float start, float stop);
 
+// --- places of models
+
+std::string Interior(DemoBuilder& demo, float start, float stop);
+std::string Rain(DemoBuilder& demo, float start, float stop);
+std::string Blob(DemoBuilder& demo, float start, float stop);
+
 // --- what several scenes share
 
 // A picture of the demo, fitted to the frame. Pictures with alpha are premultiplied.

@@ -1,5 +1,6 @@
 // Makes the content of the shipped demo.
 //   vorn_make_demo pictures FOLDER
+//   vorn_make_demo models FOLDER
 //   vorn_make_demo music FILE.ogg
 //   vorn_make_demo project SCRIPTS FONTS FOLDER
 #include <cstdio>
@@ -9,6 +10,7 @@
 
 #include "app/session.h"
 #include "demo/tool/demo_project.h"
+#include "models.h"
 #include "music.h"
 #include "pictures.h"
 #include "platform/debug_output.h"
@@ -27,6 +29,11 @@ int MakePictures(const fs::path& folder) {
     fs::create_directories(folder, ignored);
     std::string error;
     return PaintPictures(folder, error) ? 0 : Fail(error);
+}
+
+int MakeModels(const fs::path& folder) {
+    std::string error;
+    return BuildModels(folder, error) ? 0 : Fail(error);
 }
 
 int MakeMusic(const fs::path& file) {
@@ -69,9 +76,11 @@ int MakeProject(const fs::path& scripts, const fs::path& fonts, const fs::path& 
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (words.size() == 2 && words[0] == "pictures") return MakePictures(words[1]);
+    if (words.size() == 2 && words[0] == "models") return MakeModels(words[1]);
     if (words.size() == 2 && words[0] == "music") return MakeMusic(words[1]);
     if (words.size() == 4 && words[0] == "project") {
         return MakeProject(fs::absolute(words[1]), fs::absolute(words[2]), fs::absolute(words[3]));
     }
-    return Fail("needs pictures FOLDER, music FILE.ogg, or project SCRIPTS FONTS FOLDER");
+    return Fail(
+        "needs pictures FOLDER, models FOLDER, music FILE.ogg, or project SCRIPTS FONTS FOLDER");
 }

@@ -33,6 +33,19 @@ Layer paintVignette();
 Layer paintLightLeak();
 Layer paintNoiseMask();
 
+// pictures_hall.cpp
+Layer paintHallFloor();
+Layer paintHallCeiling();
+Layer paintHallLeft();
+Layer paintHallRight();
+Layer paintHallEnds();
+Layer paintHallColumns();
+Layer paintHallMetal();
+Layer paintHallView();
+Layer paintHallSun();
+Layer paintStudio();
+Layer paintWhite();
+
 // pictures_cards.cpp
 Layer paintLoading();
 Layer paintTitle();
