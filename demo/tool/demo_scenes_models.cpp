@@ -1,7 +1,8 @@
 // The scenes of the demo that are rendered from models: the hall with its rack focus, the rain of
 // crystals, and the mirror balls.
-#include <array>
 #include <cmath>
+#include <cstdlib>
+#include <span>
 
 #include "demo/tool/demo_scenes.h"
 
@@ -10,8 +11,8 @@ namespace demo_scenes {
 namespace {
 
 constexpr float kPi = 3.14159265f;
-// A jump between two shots takes as long as a frame.
-constexpr float kCutSeconds = 1.0f / 60.0f;
+// A jump takes so little that no frame is likely to fall into it.
+constexpr float kJumpSeconds = 0.0005f;
 
 // A picture that is laid on models, again and again.
 std::string Texture(DemoBuilder& demo, const char* file) {
@@ -37,7 +38,7 @@ std::string Surface(DemoBuilder& demo, const std::string& picture, const Gloss& 
 struct Tint {
     float r, g, b;
 };
-constexpr Tint kRose{1.0f, 0.16f, 0.60f}, kBlue{0.16f, 0.72f, 1.0f}, kAmber{1.0f, 0.62f, 0.28f},
+constexpr Tint kRose{1.0f, 0.20f, 0.62f}, kBlue{0.22f, 0.75f, 1.0f}, kAmber{1.0f, 0.58f, 0.24f},
     kLilac{0.80f, 0.70f, 1.0f}, kPlain{1, 1, 1};
 
 // A lamp: all of its light is its own.
@@ -87,33 +88,51 @@ std::string Camera(DemoBuilder& demo, float start, const Orbit& orbit) {
     return camera;
 }
 
-// A camera's move from one place to another.
+// A value's way through a shot.
 struct Move {
     float from, to;
 };
 struct Shot {
-    Orbit orbit;
     Move radius, height, targetHeight, pan;
     Move turn;  // of what is looked at, degrees about y
 };
 
-std::string ShotCamera(DemoBuilder& demo, const Shot& shot, float start, float stop) {
-    const std::string camera = Camera(demo, start, shot.orbit);
-    const auto move = [&](const char* name, const Move& way) {
-        demo.animate(camera, name, {{start, way.from}, {stop, way.to, kKeyCosine}});
-    };
-    move("Radius", shot.radius);
-    move("Height", shot.height);
-    move("Target Height", shot.targetHeight);
-    move("Pan", shot.pan);
-    return camera;
+// The keys of one value through shots of one length, with jumps between them.
+void AnimateShots(DemoBuilder& demo, const std::string& id, const char* name,
+                  std::span<const Shot> shots, Move Shot::*value, float start, float stop) {
+    const float length = (stop - start) / static_cast<float>(shots.size());
+    std::vector<DemoKey> keys;
+    for (std::size_t i = 0; i < shots.size(); ++i) {
+        const float from = start + length * static_cast<float>(i);
+        const Move& move = shots[i].*value;
+        const float jump = i + 1 < shots.size() ? kJumpSeconds : 0;
+        keys.push_back({from, move.from, kKeyLinear});
+        keys.push_back({from + length - jump, move.to, kKeyCosine});
+    }
+    demo.animate(id, name, keys);
 }
 
-// What a shot's value does from its first frame to its last, in one track for all shots.
-void AddShotKeys(std::vector<DemoKey>& keys, const Move& move, float start, float stop) {
-    if (!keys.empty()) start += kCutSeconds;
-    keys.push_back({start, move.from, kKeyLinear});
-    keys.push_back({stop, move.to, kKeyLinear});
+// Whole turns, in keys that stay between 0 and 360 degrees; backwards when negative.
+void Spin(DemoBuilder& demo, const std::string& id, const char* name, int turns, float start,
+          float stop) {
+    const float length = (stop - start) / static_cast<float>(std::abs(turns));
+    std::vector<DemoKey> keys;
+    for (int turn = 0; turn < std::abs(turns); ++turn) {
+        const float from = start + length * static_cast<float>(turn);
+        keys.push_back({from, turns > 0 ? 0.0f : 360.0f, kKeyLinear});
+        keys.push_back({from + length - kJumpSeconds, turns > 0 ? 360.0f : 0.0f, kKeyLinear});
+    }
+    demo.animate(id, name, keys);
+}
+
+std::string ShotCamera(DemoBuilder& demo, const Orbit& orbit, std::span<const Shot> shots,
+                       float start, float stop) {
+    const std::string camera = Camera(demo, start, orbit);
+    AnimateShots(demo, camera, "Radius", shots, &Shot::radius, start, stop);
+    AnimateShots(demo, camera, "Height", shots, &Shot::height, start, stop);
+    AnimateShots(demo, camera, "Target Height", shots, &Shot::targetHeight, start, stop);
+    AnimateShots(demo, camera, "Pan", shots, &Shot::pan, start, stop);
+    return camera;
 }
 
 // --- the hall
@@ -129,7 +148,7 @@ Hall BuildHall(DemoBuilder& demo) {
     const std::string white = Texture(demo, "white.png");
     const std::string metalPicture = Texture(demo, "hall_metal.png");
     const std::string metal = Surface(demo, metalPicture, {0.5f, 2.2f});
-    const std::string gold = Surface(demo, metalPicture, {1.0f, 0.55f}, 0.8f);
+    const std::string gold = Surface(demo, Texture(demo, "hall_gold.png"), {1.0f, 0.9f}, 1.2f);
     const std::string chrome = Surface(demo, metalPicture, {1.0f, 0.35f}, 0.5f);
     const auto shell = [&](const char* picture, const char* file, const Gloss& gloss) {
         return Model(demo, file, Surface(demo, Texture(demo, picture), gloss));
@@ -147,15 +166,15 @@ Hall BuildHall(DemoBuilder& demo) {
     // --- what shines
     hall.arches[0] = Lamp(demo, white, kRose, 1);
     hall.arches[1] = Lamp(demo, white, kBlue, 1);
-    hall.lamps = Lamp(demo, white, kAmber, 1);
+    hall.lamps = Lamp(demo, white, kAmber, 0.6f);
     parts.push_back(Model(demo, "hall_arches_rose.obj", hall.arches[0]));
     parts.push_back(Model(demo, "hall_arches_blue.obj", hall.arches[1]));
     parts.push_back(Model(demo, "hall_lamps.obj", hall.lamps));
-    parts.push_back(Model(demo, "hall_strips.obj", Lamp(demo, white, kLilac, 0.9f)));
+    parts.push_back(Model(demo, "hall_strips.obj", Lamp(demo, white, kLilac, 0.6f)));
     parts.push_back(
-        Model(demo, "hall_windows.obj", Lamp(demo, Texture(demo, "hall_view.png"), kPlain, 0.6f)));
+        Model(demo, "hall_windows.obj", Lamp(demo, Texture(demo, "hall_view.png"), kPlain, 0.5f)));
     parts.push_back(
-        Model(demo, "hall_sun.obj", Lamp(demo, Texture(demo, "hall_sun.png"), kPlain, 0.8f)));
+        Model(demo, "hall_sun.obj", Lamp(demo, Texture(demo, "hall_sun.png"), kPlain, 0.55f)));
     // --- what is on show
     const std::string knot = Model(demo, "knot.obj", gold);
     demo.set(knot, "Scale", 0.95f);
@@ -175,12 +194,12 @@ Hall BuildHall(DemoBuilder& demo) {
         demo.add("Randomize Material", {Model(demo, "spheres.obj", metal), white, metalPicture});
     demo.setText(hall.balls, "Count", "13");
     demo.setColor(hall.balls, "Illum Color", 1.0f, 0.55f, 0.85f, 1);
-    demo.set(hall.balls, "Illumination", 0.85f);
+    demo.set(hall.balls, "Illumination", 0.6f);
     demo.set(hall.balls, "Illu%", 0.35f);
     demo.set(hall.balls, "Saturation", 1.9f);
     demo.set(hall.balls, "Randomize", 0.85f);
     demo.set(hall.balls, "Reflection", 0.9f);
-    demo.set(hall.balls, "Fresnel", 0.3f);
+    demo.set(hall.balls, "Fresnel", 0.18f);
     parts.push_back(hall.balls);
     hall.all = Group(demo, parts);
     return hall;
@@ -197,7 +216,7 @@ std::string Renderer(DemoBuilder& demo, const std::string& geometry, const std::
 
 void SetOcclusion(DemoBuilder& demo, const std::string& renderer) {
     demo.setFlag(renderer, "AO:Enable", true);
-    demo.set(renderer, "AO:Intensity", 3.0f);
+    demo.set(renderer, "AO:Intensity", 3.5f);
     demo.set(renderer, "AO:Radius", 0.7f);
     demo.set(renderer, "AO:Scale", 1.4f);
     demo.set(renderer, "AO:Max Dist", 3.0f);
@@ -205,69 +224,57 @@ void SetOcclusion(DemoBuilder& demo, const std::string& renderer) {
 
 void SetGathering(DemoBuilder& demo, const std::string& renderer) {
     demo.setFlag(renderer, "GI:Enable", true);
-    demo.set(renderer, "GI:Ambiance", 0.5f);
-    demo.set(renderer, "GI:Intensity", 30.0f);
+    demo.set(renderer, "GI:Ambiance", 0.45f);
+    demo.set(renderer, "GI:Intensity", 55.0f);
     demo.set(renderer, "GI:Radius", 4.0f);
     demo.set(renderer, "GI:Scale", 0.25f);
     demo.set(renderer, "GI:Max Dist", 12.0f);
-    demo.setText(renderer, "GI:Samples", "20");
+    demo.setText(renderer, "GI:Samples", "14");
 }
 
 }  // namespace
 
 std::string Interior(DemoBuilder& demo, float start, float stop) {
-    constexpr std::array kShots{
-        Shot{{0.02f, -0.004f}, {9.2f, 7.4f}, {0.9f, 0.0f}, {0.6f, 0.3f}, {-0.5f, 0.4f}, {0, 0}},
-        Shot{{-0.015f, 0.003f},
-             {6.35f, 6.1f},
-             {-1.15f, -1.05f},
-             {-0.4f, -0.3f},
-             {-0.1f, 0.15f},
-             {0, 0}},
-        Shot{{0, 0.004f}, {4.6f, 3.6f}, {0.9f, 0.1f}, {0.2f, 0.3f}, {0.7f, -0.4f}, {252, 292}},
-        Shot{{0, 0.004f}, {4.2f, 5.4f}, {-0.6f, 1.2f}, {0.2f, 0.2f}, {-0.6f, 0.3f}, {112, 70}},
+    constexpr Shot kShots[] = {
+        {{9.4f, 8.2f}, {1.3f, 0.0f}, {0.7f, 0.3f}, {-0.4f, 0.3f}, {4, 0}},
+        {{6.9f, 6.6f}, {-1.15f, -1.0f}, {-0.5f, -0.25f}, {-0.15f, 0.15f}, {0, 0}},
+        {{5.6f, 4.6f}, {0.9f, 0.1f}, {0.1f, 0.3f}, {0.7f, -0.4f}, {250, 285}},
+        {{4.8f, 6.2f}, {-0.6f, 1.2f}, {0.2f, 0.2f}, {-0.6f, 0.3f}, {112, 75}},
     };
     const Hall hall = BuildHall(demo);
-    const float length = (stop - start) / static_cast<float>(kShots.size());
-    const std::string cameras = demo.add("Time Switch Camera");
-    std::vector<DemoKey> turns;
-    for (std::size_t i = 0; i < kShots.size(); ++i) {
-        const float from = start + length * static_cast<float>(i), to = from + length;
-        demo.link(ShotCamera(demo, kShots[i], from, to), cameras, static_cast<int>(i));
-        const std::string letter(1, static_cast<char>('A' + i));
-        demo.setText(cameras, ("Start " + letter).c_str(), std::to_string(from));
-        demo.setText(cameras, ("Stop " + letter).c_str(), std::to_string(to));
-        AddShotKeys(turns, kShots[i].turn, from, to);
-    }
-    demo.animate(hall.all, "Rotate.Y", turns);
+    const std::string camera = ShotCamera(demo, {0, 0}, kShots, start, stop);
+    AnimateShots(demo, hall.all, "Rotate.Y", kShots, &Shot::turn, start, stop);
+    const float length = (stop - start) / static_cast<float>(std::size(kShots));
     // The neon answers the drum, arch against arch.
-    demo.pulse(hall.arches[0], "Illumination", start, stop, 1.0f, 0.75f, 1.5f);
-    demo.pulse(hall.arches[1], "Illumination", start + 0.5f, stop, 1.0f, 0.75f, 1.5f);
+    demo.pulse(hall.arches[0], "Illumination", start, stop, 1.0f, 0.55f, 1.2f);
+    demo.pulse(hall.arches[1], "Illumination", start + 0.5f, stop, 1.0f, 0.55f, 1.2f);
     demo.animate(hall.balls, "Random Phase", {{start, 0}, {stop, 1.5f, kKeyLinear}});
 
-    const std::string renderer = Renderer(demo, hall.all, cameras, 58);
+    const std::string renderer = Renderer(demo, hall.all, camera, 46);
     SetOcclusion(demo, renderer);
     SetGathering(demo, renderer);
     // The focus goes from the balls at the camera's feet to the sun at the far wall.
     const float rack = start + length, sharp = rack + length;
     demo.animate(renderer, "DOF",
-                 {{start, 0, kKeyLinear},
-                  {rack, 0, kKeyLinear},
-                  {rack + kCutSeconds, 0.5f, kKeyLinear},
-                  {sharp, 0.5f, kKeyLinear},
-                  {sharp + kCutSeconds, 0.3f, kKeyLinear},
+                 {{start, 0.2f, kKeyLinear},
+                  {rack - kJumpSeconds, 0.2f, kKeyLinear},
+                  {rack, 0.55f, kKeyLinear},
+                  {sharp - kJumpSeconds, 0.55f, kKeyLinear},
+                  {sharp, 0.3f, kKeyLinear},
                   {stop, 0.3f, kKeyLinear}});
     demo.animate(renderer, "DOF CoC",
-                 {{start, 8, kKeyLinear},
-                  {rack, 1.2f, kKeyLinear},
+                 {{start, 10, kKeyLinear},
+                  {rack - kJumpSeconds, 8, kKeyLinear},
+                  {rack, 1.4f, kKeyLinear},
                   {rack + length * 0.35f, 1.6f},
-                  {rack + length * 0.75f, 15.0f},
-                  {sharp, 16, kKeyLinear},
-                  {sharp + kCutSeconds, 3.2f, kKeyLinear},
-                  {stop, 4.5f, kKeyLinear}});
+                  {rack + length * 0.75f, 15},
+                  {sharp - kJumpSeconds, 16, kKeyLinear},
+                  {sharp, 5.5f, kKeyLinear},
+                  {stop, 7.0f, kKeyLinear}});
     const std::string glow = demo.add("Soft Glow", {renderer});
-    demo.set(glow, "Threshold", 0.7f);
-    demo.set(glow, "Strength", 0.6f);
+    demo.set(glow, "Threshold", 0.55f);
+    demo.set(glow, "Strength", 0.9f);
+    demo.set(glow, "Radius", 48);
     return glow;
 }
 
@@ -281,25 +288,24 @@ std::string Rain(DemoBuilder& demo, float start, float stop) {
         Tint tint;
         float glow;
         Gloss gloss;
-        float spin;  // turns
+        int turns, tumbles;
     };
     const Kind kinds[] = {
-        {"crystal.obj", "130", "1.0", kBlue, 0.10f, {1.0f, 0.5f}, 3},
-        {"star.obj", "70", "0.8", kRose, 0.10f, {1.0f, 0.5f}, -2},
-        {"shard.obj", "160", "1.2", kAmber, 0.9f, {0.6f, 1.5f}, 4},
+        {"crystal.obj", "150", "1.0", kBlue, 0.18f, {1.4f, 0.4f}, 3, 1},
+        {"star.obj", "70", "0.8", kRose, 0.22f, {1.3f, 0.5f}, -2, 1},
+        {"shard.obj", "180", "1.2", kAmber, 0.42f, {0.9f, 0.8f}, 4, -2},
     };
     std::vector<std::string> rains;
     for (const Kind& kind : kinds) {
         const std::string material = demo.add("Material", {dark, white});
-        demo.set(material, "Diffuse", 0.7f);
+        demo.set(material, "Diffuse", 0.5f);
         demo.set(material, "Illumination", kind.glow);
         demo.setColor(material, "Illum Color", kind.tint.r, kind.tint.g, kind.tint.b, 1);
         demo.set(material, "Reflection", kind.gloss.reflection);
         demo.set(material, "Ref. Fresnel", kind.gloss.fresnel);
         const std::string model = Model(demo, kind.model, material);
-        const float turn = kind.spin * 360;
-        demo.animate(model, "Rotate.Y", {{start, 0}, {stop, turn, kKeyLinear}});
-        demo.animate(model, "Rotate.Z", {{start, 20}, {stop, 20 + turn * 0.5f, kKeyLinear}});
+        Spin(demo, model, "Rotate.Y", kind.turns, start, stop);
+        Spin(demo, model, "Rotate.Z", kind.tumbles, start, stop);
         // A copy keeps its object's own material only: the group hands it the model's.
         const std::string rain = demo.add("FallingModel", {Group(demo, {model})});
         demo.setText(rain, "Count", kind.count);
@@ -309,14 +315,16 @@ std::string Rain(DemoBuilder& demo, float start, float stop) {
         demo.set(rain, "Translate.Y", 6);
         rains.push_back(rain);
     }
-    const std::string camera = ShotCamera(
-        demo, {{-0.1f, 0.015f}, {9, 7}, {-1.2f, 1.4f}, {0.6f, -0.4f}, {0, 0}, {}}, start, stop);
+    constexpr Shot shots[] = {{{9, 7}, {-1.2f, 1.4f}, {0.6f, -0.4f}, {0, 0}, {0, 0}}};
+    const std::string camera = ShotCamera(demo, {-0.1f, 0.015f}, shots, start, stop);
     const std::string renderer = Renderer(demo, Group(demo, rains), camera, 62);
     demo.setColor(renderer, "Background", 0, 0, 0, 0);
     demo.set(renderer, "GI:Ambiance", 0);
     demo.set(renderer, "DOF", 0.3f);
     demo.set(renderer, "DOF CoC", 6);
-    const std::string sky = Picture(demo, "sky_night.png", false);
+    const std::string mountains = Picture(demo, "mountains.png", true);
+    demo.setVec2(mountains, "Position", 0.5f, 0.32f);
+    const std::string sky = Layers(demo, {Picture(demo, "sky_night.png", false), mountains});
     const std::string glow = demo.add("Soft Glow", {demo.add("Compose", {sky, renderer})});
     demo.set(glow, "Threshold", 0.6f);
     return glow;
@@ -354,7 +362,7 @@ std::string Blob(DemoBuilder& demo, float start, float stop) {
     const Tint tints[] = {kRose, kBlue, kAmber};
     for (int i = 0; i < 3; ++i) {
         const std::string lamp = Lamp(demo, white, tints[i], 1);
-        demo.pulse(lamp, "Illumination", start, stop, 0.5f, 0.7f, 1.6f);
+        demo.pulse(lamp, "Illumination", start, stop, 0.5f, 0.42f, 0.85f);
         const std::string ring = Model(demo, "ring.obj", lamp);
         const auto turn = static_cast<float>(i);
         demo.set(ring, "Scale", 1.5f + 0.35f * turn);
@@ -363,8 +371,8 @@ std::string Blob(DemoBuilder& demo, float start, float stop) {
         demo.animate(ring, "Rotate.Z", {{start, 25 * turn}, {stop, 120 - 100 * turn, kKeyLinear}});
         parts.push_back(ring);
     }
-    const std::string camera = ShotCamera(
-        demo, {{-0.05f, 0.0125f}, {6.2f, 4.6f}, {0.8f, -0.3f}, {0, 0}, {0, 0}, {}}, start, stop);
+    constexpr Shot shots[] = {{{6.2f, 4.6f}, {0.8f, -0.3f}, {0, 0}, {0, 0}, {0, 0}}};
+    const std::string camera = ShotCamera(demo, {-0.05f, 0.0125f}, shots, start, stop);
     const std::string renderer = Renderer(demo, Group(demo, parts), camera, 50);
     demo.setColor(renderer, "Background", 0, 0, 0, 0);
     demo.set(renderer, "GI:Ambiance", 0);

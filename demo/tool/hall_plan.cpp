@@ -1,8 +1,10 @@
 #include "hall_plan.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "mesh_builder.h"
+#include "pictures_noise.h"
 
 namespace hall {
 
@@ -35,6 +37,64 @@ Vec3 archPoint(float bayZ, float radius, float t) {
     return {kArchX, kArchSpring + radius * std::sin(angle), bayZ - radius * std::cos(angle)};
 }
 
+namespace {
+
+std::vector<Ball> scatterBalls() {
+    constexpr std::size_t kCount = 30;
+    pictures::Random random(20);
+    std::vector<Ball> placed{{0.55f, 5.0f, 0.3f}, {-0.75f, 4.4f, 0.22f}, {-0.2f, 3.6f, 0.36f}};
+    const auto isFree = [&](const Ball& ball) {
+        const auto touches = [&](const Ball& other) {
+            return std::hypot(ball.x - other.x, ball.z - other.z) <
+                   ball.radius + other.radius + 0.06f;
+        };
+        return std::none_of(placed.begin(), placed.end(), touches) &&
+               std::hypot(ball.x, ball.z) > kStepRadius + 0.2f + ball.radius &&
+               std::fabs(std::fabs(ball.x) - kPlinthX) > kPlinthHalfWidth + 0.1f + ball.radius;
+    };
+    while (placed.size() < kCount) {
+        const float radius = random.range(0.1f, 0.38f);
+        const float away = random.range(2.0f, 5.2f), angle = random.range(0, 2 * models::kPi);
+        const Ball ball{away * std::cos(angle) * 0.85f, away * std::sin(angle), radius};
+        if (isFree(ball)) placed.push_back(ball);
+    }
+    return placed;
+}
+
+// Metres to a rectangle around a point; 0 inside.
+float toRectangle(float x, float z, float halfX, float halfZ) {
+    return std::hypot(std::max(std::fabs(x) - halfX, 0.0f), std::max(std::fabs(z) - halfZ, 0.0f));
+}
+
+}  // namespace
+
+const std::vector<Ball>& balls() {
+    static const std::vector<Ball> all = scatterBalls();
+    return all;
+}
+
+float openness(float x, float z) {
+    float open = 1;
+    // The share of the sky that a sphere hides from the plane it lies on, weighted by the cosine.
+    for (const Ball& ball : balls()) {
+        const float away = std::hypot(x - ball.x, z - ball.z) / ball.radius;
+        open *= 1 - 0.95f * std::pow(1 + away * away, -1.5f);
+    }
+    const auto darken = [&](float metres, float strength) {
+        open *= 1 - strength * std::exp(-metres / 0.25f);
+    };
+    darken(std::max(std::hypot(x, z) - kStepRadius, 0.0f), 0.6f);
+    darken(toRectangle(std::fabs(x) - kPlinthX, std::fabs(z) - kPlinthZ, kPlinthHalfWidth,
+                       kPlinthHalfWidth),
+           0.7f);
+    darken(toRectangle(std::fabs(x) - kBenchX, z, kBenchHalfWidth, kBenchHalfLength), 0.7f);
+    for (int column = 0; column < kColumnCount; ++column) {
+        const Vec3 foot = columnFoot(column);
+        darken(std::max(std::hypot(x - foot.x, z - foot.z) - kColumnRadius - 0.16f, 0.0f), 0.6f);
+    }
+    return open;
+}
+
 // Powers were set by eye, lamp by lamp.
 Lighting::Lighting() {
     for (int i = 0; i < 24; ++i) {
@@ -64,6 +124,7 @@ Lighting::Lighting() {
                  colour * 0.16f});
         }
     }
+    for (const Vec3& globe : kGlobes) lamps_.push_back({globe, {}, pictures::kGold * 0.30f});
     for (const float x : {-kStripX, kStripX}) {
         for (int i = 0; i < 14; ++i) {
             const float z = pictures::mix(-kStripHalfLength, kStripHalfLength,

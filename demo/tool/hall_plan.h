@@ -59,6 +59,24 @@ inline constexpr float kSunRadius = 1.9f;
 
 inline constexpr float kStripX = 2.7f, kStripY = 4.28f, kStripHalfLength = 8.4f;
 
+// Globes on rods from the ceiling.
+inline constexpr std::array kGlobes{Vec3{-2.2f, 1.9f, -1.9f}, Vec3{2.1f, 2.35f, -2.4f},
+                                    Vec3{-1.8f, 2.5f, 2.2f}, Vec3{2.3f, 2.0f, 1.7f}};
+
+inline constexpr float kStepRadius = 1.7f;
+inline constexpr float kPlinthX = 3.3f, kPlinthZ = 3.4f, kPlinthHalfWidth = 0.42f;  // four of them
+inline constexpr float kBenchX = 4.9f;                                              // two of them
+inline constexpr float kBenchHalfWidth = 0.3f, kBenchHalfLength = 1.1f;
+
+// Balls lie on the floor around the steps, none through another.
+struct Ball {
+    float x, z, radius;
+};
+const std::vector<Ball>& balls();
+
+// How much of the light from above what stands on the floor leaves to a place of it: 1 is all.
+float openness(float x, float z);
+
 inline constexpr pictures::Colour kArchColours[] = {pictures::kMagenta, pictures::kCyan};
 inline constexpr pictures::Colour kStripColour = pictures::hexColour(0xc9b8ff);
 

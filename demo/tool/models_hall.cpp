@@ -153,19 +153,21 @@ void addBench(ObjModel& model, int number, const Vec3& middle) {
     const std::string name = numbered("bench", number);
     const Vec3 foot{middle.x, hall::kFloor, middle.z};
     model.add(name,
-              boxBetween(foot + Vec3{-0.3f, 0.38f, -1.1f}, foot + Vec3{0.3f, 0.48f, 1.1f}, 0.03f));
+              boxBetween(foot + Vec3{-hall::kBenchHalfWidth, 0.38f, -hall::kBenchHalfLength},
+                         foot + Vec3{hall::kBenchHalfWidth, 0.48f, hall::kBenchHalfLength}, 0.03f));
     for (const float z : {-0.8f, 0.8f}) {
         model.add(name, boxBetween(foot + Vec3{-0.24f, 0, z - 0.05f},
                                    foot + Vec3{0.24f, 0.39f, z + 0.05f}, 0.015f));
     }
 }
 
-void addPlinth(ObjModel& model, int number, float x, float z, float height) {
+void addPlinth(ObjModel& model, int number, float x, float z) {
+    constexpr float kFoot = hall::kPlinthHalfWidth, kBody = 0.34f, kHigh = 1.05f;
     const std::string name = numbered("plinth", number);
-    model.add(name, boxBetween({x - 0.42f, hall::kFloor, z - 0.42f},
-                               {x + 0.42f, hall::kFloor + 0.08f, z + 0.42f}, 0.02f));
-    model.add(name, boxBetween({x - 0.34f, hall::kFloor + 0.05f, z - 0.34f},
-                               {x + 0.34f, hall::kFloor + height, z + 0.34f}, 0.03f));
+    model.add(name, boxBetween({x - kFoot, hall::kFloor, z - kFoot},
+                               {x + kFoot, hall::kFloor + 0.08f, z + kFoot}, 0.02f));
+    model.add(name, boxBetween({x - kBody, hall::kFloor + 0.05f, z - kBody},
+                               {x + kBody, hall::kFloor + kHigh, z + kBody}, 0.03f));
 }
 
 }  // namespace
@@ -174,21 +176,28 @@ ObjModel hallMetal() {
     ObjModel model;
     for (int i = 0; i < 4; ++i) addWindowFrame(model, i, hall::kBayZ[i]);
     // Steps under the knot.
-    const std::vector<Vec2> steps{{0, 0},         {1.7f, 0},      {1.7f, 0},      {1.7f, 0.12f},
-                                  {1.66f, 0.16f}, {1.66f, 0.16f}, {1.3f, 0.16f},  {1.3f, 0.16f},
-                                  {1.3f, 0.30f},  {1.26f, 0.34f}, {1.26f, 0.34f}, {0, 0.34f}};
+    const std::vector<Vec2> steps{
+        {0, 0},         {hall::kStepRadius, 0}, {hall::kStepRadius, 0}, {hall::kStepRadius, 0.12f},
+        {1.66f, 0.16f}, {1.66f, 0.16f},         {1.3f, 0.16f},          {1.3f, 0.16f},
+        {1.3f, 0.30f},  {1.26f, 0.34f},         {1.26f, 0.34f},         {0, 0.34f}};
     model.add("steps", Moved(Lathe(steps, 96), {0, hall::kFloor, 0}));
-    const float heights[] = {1.05f, 1.05f, 1.05f, 1.05f};
-    for (int i = 0; i < 4; ++i)
-        addPlinth(model, i, i % 2 == 0 ? -3.3f : 3.3f, i < 2 ? -3.4f : 3.4f, heights[i]);
-    addBench(model, 0, {-4.9f, 0, 0});
-    addBench(model, 1, {4.9f, 0, 0});
+    for (int i = 0; i < 4; ++i) {
+        addPlinth(model, i, i % 2 == 0 ? -hall::kPlinthX : hall::kPlinthX,
+                  i < 2 ? -hall::kPlinthZ : hall::kPlinthZ);
+    }
+    addBench(model, 0, {-hall::kBenchX, 0, 0});
+    addBench(model, 1, {hall::kBenchX, 0, 0});
     // Beams across the ceiling, and the rails of the light strips.
     for (int i = 0; i < 5; ++i) {
         const float z = hall::kColumnZ[i];
         model.add(numbered("beam", i),
                   boxBetween({-hall::kHalfWidth, hall::kCeiling - 0.38f, z - 0.2f},
                              {hall::kHalfWidth, hall::kCeiling + 0.1f, z + 0.2f}, 0.03f));
+    }
+    for (int i = 0; i < 4; ++i) {
+        const auto& [x, y, z] = hall::kGlobes[i];
+        model.add(numbered("rod", i), boxBetween({x - 0.012f, y + 0.1f, z - 0.012f},
+                                                 {x + 0.012f, hall::kCeiling, z + 0.012f}, 0));
     }
     // The ring around the sun.
     model.add("sun_frame", Moved(Rotated(Torus(hall::kSunRadius + 0.1f, 0.1f, 96, 16), {90, 0, 0}),
@@ -258,13 +267,10 @@ ObjModel hallStrips() {
     return model;
 }
 
-// Globes on rods over the corners of the hall's middle, at different heights.
 ObjModel hallLamps() {
     ObjModel model;
-    const Vec3 globes[] = {
-        {-2.2f, 1.9f, -1.9f}, {2.1f, 2.35f, -2.4f}, {-1.8f, 2.5f, 2.2f}, {2.3f, 2.0f, 1.7f}};
     for (int i = 0; i < 4; ++i) {
-        model.add(numbered("globe", i), Moved(Sphere(0.17f, 32, 16), globes[i]));
+        model.add(numbered("globe", i), Moved(Sphere(0.17f, 32, 16), hall::kGlobes[i]));
     }
     return model;
 }

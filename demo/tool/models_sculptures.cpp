@@ -3,7 +3,6 @@
 
 #include "hall_plan.h"
 #include "models.h"
-#include "pictures_noise.h"
 
 namespace models {
 
@@ -75,31 +74,11 @@ ObjModel star() {
     return model;
 }
 
-// Balls on the floor around the steps, none through another.
 ObjModel spheres() {
-    pictures::Random random(20);
-    struct Ball {
-        float x, z, radius;
-    };
-    std::vector<Ball> balls{{0.55f, 5.0f, 0.3f}, {-0.75f, 4.4f, 0.22f}, {-0.2f, 3.6f, 0.36f}};
-    const auto isFree = [&](const Ball& ball) {
-        for (const Ball& other : balls) {
-            if (std::hypot(ball.x - other.x, ball.z - other.z) < ball.radius + other.radius + 0.06f)
-                return false;
-        }
-        return std::hypot(ball.x, ball.z) > 1.9f + ball.radius &&
-               std::fabs(std::fabs(ball.x) - 3.3f) > 0.5f + ball.radius;
-    };
-    while (balls.size() < 30) {
-        const float radius = random.range(0.1f, 0.38f);
-        const float away = random.range(2.0f, 5.2f), angle = random.range(0, 2 * kPi);
-        const Ball ball{away * std::cos(angle) * 0.85f, away * std::sin(angle), radius};
-        if (isFree(ball)) balls.push_back(ball);
-    }
     ObjModel model;
-    for (std::size_t i = 0; i < balls.size(); ++i) {
-        const auto& [x, z, radius] = balls[i];
-        model.add("ball" + std::to_string(i),
+    int number = 0;
+    for (const auto& [x, z, radius] : hall::balls()) {
+        model.add("ball" + std::to_string(number++),
                   Moved(Sphere(radius, 40, 24), {x, hall::kFloor + radius, z}));
     }
     return model;

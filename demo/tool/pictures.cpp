@@ -49,6 +49,7 @@ constexpr std::array kEntries{
     Entry{"hall_ends.png", kRgb, pictures::paintHallEnds},
     Entry{"hall_columns.png", kRgb, pictures::paintHallColumns},
     Entry{"hall_metal.png", kRgb, pictures::paintHallMetal},
+    Entry{"hall_gold.png", kRgb, pictures::paintHallGold},
     Entry{"hall_view.png", kRgb, pictures::paintHallView},
     Entry{"hall_sun.png", kRgb, pictures::paintHallSun},
     Entry{"studio.png", kRgb, pictures::paintStudio},

@@ -50,12 +50,12 @@ const hall::Lighting& lighting() {
     return lamps;
 }
 
-constexpr Colour kShade = hexColour(0x1c1838);  // light that comes from everywhere
+constexpr Colour kShade = hexColour(0x2a2556);  // light that comes from everywhere
 
 // What a surface of this paint looks like under this light, as a film sees it: bright places turn
 // white slowly.
 Colour lit(Colour paint, Colour light) {
-    const auto film = [](float value) { return 1 - std::exp(-1.5f * value); };
+    const auto film = [](float value) { return 1 - std::exp(-3.0f * value); };
     return {film(paint.r * (light.r + kShade.r)), film(paint.g * (light.g + kShade.g)),
             film(paint.b * (light.b + kShade.b))};
 }
@@ -137,7 +137,9 @@ Layer surfacePicture(const hall::Surface& surface, PaintAt paintAt) {
 }  // namespace
 
 Layer paintHallFloor() {
-    return surfacePicture(hall::kFloorPlane, floorPaint);
+    return surfacePicture(hall::kFloorPlane, [](float x, float y) {
+        return floorPaint(x, y) * hall::openness(x - hall::kHalfWidth, hall::kHalfLength - y);
+    });
 }
 
 Layer paintHallCeiling() {
@@ -198,6 +200,19 @@ Layer paintHallMetal() {
         const float brush = fractalNoise(place(x, 4), place(y, 64), 3, 41, {4, 64});
         const float cloud = fractalNoise(place(x, 4), place(y, 4), 4, 43, {4, 4});
         return mix(hexColour(0x17131f), hexColour(0x3a3145), 0.45f + 0.35f * cloud + 0.2f * brush);
+    });
+    return layer;
+}
+
+// Gold with a deep red in its shade; repeats both ways.
+Layer paintHallGold() {
+    Layer layer(256, 256);
+    layer.fill([](int x, int y) {
+        const auto place = [](int i, float cells) {
+            return (static_cast<float>(i) + 0.5f) / 256 * cells;
+        };
+        const float cloud = fractalNoise(place(x, 16), place(y, 2), 3, 47, {16, 2});
+        return mix(hexColour(0xb8602a), hexColour(0xf2ae4e), 0.55f + 0.45f * cloud);
     });
     return layer;
 }
@@ -278,8 +293,8 @@ Layer paintStudio() {
     constexpr std::array kStops{
         Stop{0.0f, hexColour(0x141033)},   Stop{0.30f, hexColour(0x2a1c6c)},
         Stop{0.44f, hexColour(0x7a2f9c)},  Stop{0.495f, hexColour(0xff8f62)},
-        Stop{0.505f, hexColour(0x2a1238)}, Stop{0.60f, hexColour(0x120b2a)},
-        Stop{1.0f, hexColour(0x05040f)}};
+        Stop{0.505f, hexColour(0x4a1c58)}, Stop{0.62f, hexColour(0x20124a)},
+        Stop{1.0f, hexColour(0x0a0820)}};
     Layer layer(kWidth, kHeight);
     layer.fill([&](int x, int y) {
         const float u = (static_cast<float>(x) + 0.5f) / kWidth,
@@ -296,7 +311,7 @@ Layer paintStudio() {
             const float share = field(across, lamp.halfWidth, lamp.softness) *
                                 field(mirrored - lamp.v, lamp.halfHeight, lamp.softness);
             colour = mix(colour, lamp.colour,
-                         below ? share * 0.22f * smoothstep(1.0f, 0.55f, v) : share);
+                         below ? share * 0.42f * smoothstep(1.0f, 0.55f, v) : share);
         }
         return colour;
     });

@@ -41,6 +41,7 @@ Layer paintHallRight();
 Layer paintHallEnds();
 Layer paintHallColumns();
 Layer paintHallMetal();
+Layer paintHallGold();
 Layer paintHallView();
 Layer paintHallSun();
 Layer paintStudio();

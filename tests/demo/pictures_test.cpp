@@ -234,8 +234,8 @@ TEST(DemoPictures, AreNamedAsTheProjectReadsThem) {
         "noise_mask.png", "word_light.png",  "word_motion.png", "word_sound.png",
         "word_graph.png", "word_play.png",   "hall_floor.png",  "hall_ceiling.png",
         "hall_left.png",  "hall_right.png",  "hall_ends.png",   "hall_columns.png",
-        "hall_metal.png", "hall_view.png",   "hall_sun.png",    "studio.png",
-        "white.png",
+        "hall_metal.png", "hall_gold.png",   "hall_view.png",   "hall_sun.png",
+        "studio.png",     "white.png",
     };
     const std::vector<std::string> names = PictureNames();
     EXPECT_EQ(std::set<std::string>(names.begin(), names.end()), expected);
