@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <cmath>
 #include <fstream>
 #include <iterator>
 #include <set>
@@ -18,11 +19,12 @@ namespace {
 
 class DemoModel : public testing::TestWithParam<std::string> {};
 
-ObjObjects readModel(const std::string& name) {
+struct ReadModel {
+    explicit ReadModel(const std::string& name) {
+        EXPECT_EQ(ReadObjText(ModelText(name), objects, 0), "");
+    }
     ObjObjects objects;
-    EXPECT_EQ(ReadObjText(ModelText(name), objects, 0), "");
-    return objects;
-}
+};
 
 // Sheets have one side only; everything else is a body.
 bool isSheet(const std::string& model) {
@@ -41,9 +43,9 @@ std::string testName(const testing::TestParamInfo<std::string>& model) {
 }  // namespace
 
 TEST_P(DemoModel, IsReadWithoutComplaintAndHasTextureCoordinates) {
-    const ObjObjects objects = readModel(GetParam());
-    ASSERT_GT(objects.size(), 0u);
-    for (const auto& [name, vertices] : objects) {
+    const ReadModel model(GetParam());
+    ASSERT_GT(model.objects.size(), 0u);
+    for (const auto& [name, vertices] : model.objects) {
         ASSERT_GT(vertices.size(), 0u) << name;
         std::set<std::pair<float, float>> places;
         for (const MeshVertex& vertex : vertices) places.insert({vertex.uv.x, vertex.uv.y});
@@ -52,7 +54,8 @@ TEST_P(DemoModel, IsReadWithoutComplaintAndHasTextureCoordinates) {
 }
 
 TEST_P(DemoModel, IsClosedWhereItHasAnInsideAndFacesOut) {
-    for (const auto& [name, vertices] : readModel(GetParam())) {
+    const ReadModel model(GetParam());
+    for (const auto& [name, vertices] : model.objects) {
         EXPECT_EQ(NormalsFacingIn(vertices), 0u) << name;
         if (isSheet(GetParam())) continue;
         EXPECT_EQ(OpenEdges(vertices), 0u) << name;
@@ -61,7 +64,8 @@ TEST_P(DemoModel, IsClosedWhereItHasAnInsideAndFacesOut) {
 }
 
 TEST_P(DemoModel, HasNormalsOfUnitLength) {
-    for (const auto& [name, vertices] : readModel(GetParam())) {
+    const ReadModel model(GetParam());
+    for (const auto& [name, vertices] : model.objects) {
         for (const MeshVertex& vertex : vertices) {
             const Vec3& n = vertex.normal;
             // Four digits a component are in the file.
@@ -75,7 +79,8 @@ INSTANTIATE_TEST_SUITE_P(All, DemoModel, testing::ValuesIn(ModelNames()), testNa
 TEST(DemoModels, WallsOfTheHallFaceItsMiddle) {
     for (const char* file : {"hall_floor.obj", "hall_ceiling.obj", "hall_left.obj",
                              "hall_right.obj", "hall_ends.obj", "hall_windows.obj"}) {
-        for (const auto& [name, vertices] : readModel(file)) {
+        const ReadModel model(file);
+        for (const auto& [name, vertices] : model.objects) {
             for (const auto& [place, normal, uv] : vertices) {
                 EXPECT_LT(place.x * normal.x + place.y * normal.y + place.z * normal.z, 0) << name;
             }
@@ -84,10 +89,10 @@ TEST(DemoModels, WallsOfTheHallFaceItsMiddle) {
 }
 
 TEST(DemoModels, PartsThatShineAloneAreObjectsOfTheirOwn) {
-    EXPECT_EQ(readModel("hall_strips.obj").size(), 8u);
-    EXPECT_EQ(readModel("hall_lamps.obj").size(), 4u);
-    EXPECT_EQ(readModel("hall_arches_rose.obj").size(), 6u);
-    EXPECT_EQ(readModel("spheres.obj").size(), hall::balls().size());
+    EXPECT_EQ(ReadModel("hall_strips.obj").objects.size(), 8u);
+    EXPECT_EQ(ReadModel("hall_lamps.obj").objects.size(), 4u);
+    EXPECT_EQ(ReadModel("hall_arches_rose.obj").objects.size(), 6u);
+    EXPECT_EQ(ReadModel("spheres.obj").objects.size(), hall::balls().size());
 }
 
 TEST(DemoModels, BallsLieOnTheFloorAndTouchNothing) {
