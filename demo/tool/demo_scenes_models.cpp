@@ -199,7 +199,7 @@ Hall BuildHall(DemoBuilder& demo) {
     demo.set(hall.balls, "Saturation", 1.9f);
     demo.set(hall.balls, "Randomize", 0.85f);
     demo.set(hall.balls, "Reflection", 0.9f);
-    demo.set(hall.balls, "Fresnel", 0.18f);
+    demo.set(hall.balls, "Fresnel", 0.1f);
     parts.push_back(hall.balls);
     hall.all = Group(demo, parts);
     return hall;
@@ -229,7 +229,7 @@ void SetGathering(DemoBuilder& demo, const std::string& renderer) {
     demo.set(renderer, "GI:Radius", 4.0f);
     demo.set(renderer, "GI:Scale", 0.25f);
     demo.set(renderer, "GI:Max Dist", 12.0f);
-    demo.setText(renderer, "GI:Samples", "14");
+    demo.setText(renderer, "GI:Samples", "12");
 }
 
 }  // namespace
@@ -256,10 +256,10 @@ std::string Interior(DemoBuilder& demo, float start, float stop) {
     // The focus goes from the balls at the camera's feet to the sun at the far wall.
     const float rack = start + length, sharp = rack + length;
     demo.animate(renderer, "DOF",
-                 {{start, 0.2f, kKeyLinear},
-                  {rack - kJumpSeconds, 0.2f, kKeyLinear},
-                  {rack, 0.55f, kKeyLinear},
-                  {sharp - kJumpSeconds, 0.55f, kKeyLinear},
+                 {{start, 0, kKeyLinear},
+                  {rack - kJumpSeconds, 0, kKeyLinear},
+                  {rack, 0.5f, kKeyLinear},
+                  {sharp - kJumpSeconds, 0.5f, kKeyLinear},
                   {sharp, 0.3f, kKeyLinear},
                   {stop, 0.3f, kKeyLinear}});
     demo.animate(renderer, "DOF CoC",
@@ -335,7 +335,7 @@ std::string Rain(DemoBuilder& demo, float start, float stop) {
 std::string Blob(DemoBuilder& demo, float start, float stop) {
     const std::string dark = Texture(demo, "hall_metal.png");
     const std::string white = Texture(demo, "white.png");
-    const std::string chrome = Surface(demo, dark, {1.0f, 0.25f}, 0.3f);
+    const std::string chrome = Surface(demo, dark, {1.0f, 0.1f}, 0.3f);
     std::vector<std::string> parts;
     const auto ball = [&](float scale) {
         const std::string mesher = demo.add("Particle Mesher", {chrome});
