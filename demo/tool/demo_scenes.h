@@ -46,6 +46,12 @@ std::string Starfield(DemoBuilder& demo, float start, float stop);
 // A spinning ornament in a rush of sparks, blurred by its motion. About 8 s.
 std::string MotionBlurred(DemoBuilder& demo, float start, float stop);
 
+// --- places of models
+
+std::string Interior(DemoBuilder& demo, float start, float stop);
+std::string Rain(DemoBuilder& demo, float start, float stop);
+std::string Blob(DemoBuilder& demo, float start, float stop);
+
 // --- what several scenes share
 
 // A picture of the demo, fitted to the frame. Pictures with alpha are premultiplied.

@@ -1,7 +1,7 @@
 // Makes the content of the shipped demo.
 //   vorn_make_demo pictures FOLDER
-//   vorn_make_demo music FILE.ogg
 //   vorn_make_demo models FOLDER
+//   vorn_make_demo music FILE.ogg
 //   vorn_make_demo project SCRIPTS FONTS FOLDER
 #include <cstdio>
 #include <filesystem>
@@ -13,6 +13,7 @@
 #include "demo/tool/demo_project.h"
 #include "demo/tool/puppet_model.h"
 #include "demo/tool/stage_model.h"
+#include "models.h"
 #include "music.h"
 #include "pictures.h"
 #include "platform/debug_output.h"
@@ -44,9 +45,9 @@ int MakeModels(const fs::path& folder) {
     std::error_code ignored;
     fs::create_directories(folder, ignored);
     std::string error;
-    return WritePuppet(folder, error) && WriteStage(folder, error) && WriteDance(folder, error)
-               ? 0
-               : Fail(error);
+    const bool made = BuildModels(folder, error) && WritePuppet(folder, error) &&
+                      WriteStage(folder, error) && WriteDance(folder, error);
+    return made ? 0 : Fail(error);
 }
 
 bool CopyFolder(const fs::path& from, const fs::path& to) {
@@ -82,11 +83,11 @@ int MakeProject(const fs::path& scripts, const fs::path& fonts, const fs::path& 
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (words.size() == 2 && words[0] == "pictures") return MakePictures(words[1]);
-    if (words.size() == 2 && words[0] == "music") return MakeMusic(words[1]);
     if (words.size() == 2 && words[0] == "models") return MakeModels(words[1]);
+    if (words.size() == 2 && words[0] == "music") return MakeMusic(words[1]);
     if (words.size() == 4 && words[0] == "project") {
         return MakeProject(fs::absolute(words[1]), fs::absolute(words[2]), fs::absolute(words[3]));
     }
     return Fail(
-        "needs pictures FOLDER, music FILE.ogg, models FOLDER, or project SCRIPTS FONTS FOLDER");
+        "needs pictures FOLDER, models FOLDER, music FILE.ogg, or project SCRIPTS FONTS FOLDER");
 }

@@ -40,6 +40,20 @@ Layer paintStageMask();
 Layer paintStageFloor();
 Layer paintStageLamp();
 
+// pictures_hall.cpp
+Layer paintHallFloor();
+Layer paintHallCeiling();
+Layer paintHallLeft();
+Layer paintHallRight();
+Layer paintHallEnds();
+Layer paintHallColumns();
+Layer paintHallMetal();
+Layer paintHallGold();
+Layer paintHallView();
+Layer paintHallSun();
+Layer paintStudio();
+Layer paintWhite();
+
 // pictures_cards.cpp
 Layer paintLoading();
 Layer paintTitle();

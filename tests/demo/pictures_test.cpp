@@ -234,7 +234,10 @@ TEST(DemoPictures, AreNamedAsTheProjectReadsThem) {
         "tiles.png",      "wide_banner.png", "tall_poster.png", "displace_map.png",
         "vignette.png",   "light_leak.png",  "credits.png",     "end_card.png",
         "noise_mask.png", "word_light.png",  "word_motion.png", "word_sound.png",
-        "word_graph.png", "word_play.png",
+        "word_graph.png", "word_play.png",   "hall_floor.png",  "hall_ceiling.png",
+        "hall_left.png",  "hall_right.png",  "hall_ends.png",   "hall_columns.png",
+        "hall_metal.png", "hall_gold.png",   "hall_view.png",   "hall_sun.png",
+        "studio.png",     "white.png",
     };
     const std::vector<std::string> names = PictureNames();
     EXPECT_EQ(std::set<std::string>(names.begin(), names.end()), expected);
