@@ -292,8 +292,9 @@ Json FloatJson(float value) {
     const auto end = std::to_chars(text, text + sizeof text, value).ptr;
     double wide = 0;
     std::from_chars(text, end, wide);
-    const bool same = std::bit_cast<std::uint32_t>(static_cast<float>(wide)) ==
-                      std::bit_cast<std::uint32_t>(value);
+    const bool same = std::abs(wide) <= std::numeric_limits<float>::max() &&
+                      std::bit_cast<std::uint32_t>(static_cast<float>(wide)) ==
+                          std::bit_cast<std::uint32_t>(value);
     return same ? wide : static_cast<double>(value);
 }
 
