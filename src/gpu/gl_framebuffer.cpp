@@ -47,6 +47,8 @@ GL_FrameBuffer::GL_FrameBuffer(int imageWidth, int imageHeight, int attachmentCo
       bitsPerChannel(static_cast<std::uint32_t>(bitsPerChannelWanted)),
       format(formatWanted),
       hasDepth(depth == TargetDepth::Depth32) {
+    hasBorder = wrap == TargetWrap::Border;
+    hasAlpha = true;
     glGenFramebuffers(1, &framebuffer);
     Bind();
     if (hasDepth) {

@@ -20,6 +20,11 @@ class GL_Image {
     int height = 0;                             // pixels
     std::unique_ptr<std::uint32_t[]> textures;  // textureCount names
     int textureCount = 0;
+    // How its textures are sampled. Both axes wrap to a border that is black, and transparent where
+    // there is alpha.
+    bool hasBorder = false;
+    bool hasAlpha = false;
+    bool hasMipmaps = false;
 
   protected:
     GL_Image(int imageWidth, int imageHeight, int count);

@@ -19,6 +19,10 @@ void BindForUpload(std::uint32_t texture) {
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
 }
 
+bool IsBorder(std::uint32_t wrapS, std::uint32_t wrapT) {
+    return wrapS == GL_CLAMP_TO_BORDER && wrapT == GL_CLAMP_TO_BORDER;
+}
+
 void SetSampling(std::uint32_t wrapS, std::uint32_t wrapT) {
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
@@ -41,6 +45,9 @@ void CountMemory(int width, int height, std::uint32_t format) {
 GL_MemTexture::GL_MemTexture(int imageWidth, int imageHeight, std::uint32_t format,
                              std::uint32_t wrapS, std::uint32_t wrapT, const std::uint8_t* pixels)
     : GL_Image(imageWidth, imageHeight, 1) {
+    hasBorder = IsBorder(wrapS, wrapT);
+    hasAlpha = format == GL_RGBA;
+    hasMipmaps = true;
     BindForUpload(textures[0]);
     SetSampling(wrapS, wrapT);
     glTexImage2D(GL_TEXTURE_2D, 0, format == GL_RGB ? GL_RGB8 : GL_RGBA8, width, height, 0, format,
@@ -51,6 +58,8 @@ GL_MemTexture::GL_MemTexture(int imageWidth, int imageHeight, std::uint32_t form
 
 GL_MemTexture::GL_MemTexture(std::uint32_t wrapS, std::uint32_t wrapT, const float* pixels)
     : GL_Image(kFloatPictureSize, kFloatPictureSize, 1) {
+    hasBorder = IsBorder(wrapS, wrapT);
+    hasAlpha = hasMipmaps = true;
     BindForUpload(textures[0]);
     SetSampling(wrapS, wrapT);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA16F, width, height, 0, GL_RGBA, GL_FLOAT, pixels);

@@ -143,3 +143,9 @@ std::unique_ptr<ShaderProgram> MakeQuadProgram(std::string_view name, std::strin
                                            EmbeddedShader(fragmentPath).data(), QuadAttributes(),
                                            1);
 }
+
+std::string ShaderVariant(std::string_view path, std::string_view define) {
+    std::string text(EmbeddedShader(path));
+    text.insert(text.find('\n') + 1, "#define " + std::string(define) + "\n#line 2\n");
+    return text;
+}

@@ -51,3 +51,5 @@ std::vector<std::string> QuadAttributes();
 // A program for 2-D passes from two files below shaders/, with one output.
 std::unique_ptr<ShaderProgram> MakeQuadProgram(std::string_view name, std::string_view vertexPath,
                                                std::string_view fragmentPath);
+// The text of a file below shaders/ with `define` set; its lines keep their numbers.
+std::string ShaderVariant(std::string_view path, std::string_view define);

@@ -21,13 +21,6 @@ constexpr long kMostGatherSamples = 4096;
 // project may hold any number.
 constexpr float kMostDofRadius = 4.0f;
 
-// A shader file with `define` set; its lines keep their numbers.
-std::string ShaderVariant(std::string_view path, std::string_view define) {
-    std::string text(EmbeddedShader(path));
-    text.insert(text.find('\n') + 1, "#define " + std::string(define) + "\n#line 2\n");
-    return text;
-}
-
 std::unique_ptr<ShaderProgram> MakeGeometryProgram(const char* name, const std::string& fragment,
                                                    int outputs) {
     return std::make_unique<ShaderProgram>(
