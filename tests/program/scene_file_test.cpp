@@ -218,6 +218,7 @@ TEST(SceneFile, TypesStandInTheirOrder) {
                                             "HandLine",
                                             "FallingModel",
                                             "Randomize Material",
+                                            "2D Parallax Engine",
                                             "Particle Mesher",
                                             "Sequencer",
                                             "Compose"};
