@@ -207,7 +207,7 @@ Seconds DecodeInQueue() {
     PictureQueue queue(std::move(wanted));
     TaskPool pool;
     while (queue.left() > 0) {
-        queue.decodeAhead(pool, 8);
+        queue.decodeAhead(pool, std::size_t{2} * pool.threadCount());
         if (queue.takeNext().pixels == nullptr) std::abort();
     }
     return Seconds::now().since(start);

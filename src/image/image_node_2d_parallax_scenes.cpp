@@ -17,8 +17,10 @@ namespace {
 
 // Hundreds of layers with minutes of keys stay far below it.
 constexpr std::uint64_t kMaxSceneBytes = 256u << 20;
-// Pictures of the screen's size take 8 MB each while they wait.
-constexpr std::size_t kPicturesAhead = 8;
+// Pictures of the screen's size take 8 MB each while they wait. Many nodes may begin ahead of the
+// load; in it, every thread has one to work on and one that waits.
+constexpr std::size_t kPicturesBegunAhead = 8;
+constexpr std::size_t kPicturesForEachThread = 2;
 
 bool Contains(std::string_view name, std::string_view part) {
     return name.find(part) != std::string_view::npos;
@@ -100,7 +102,7 @@ std::size_t ImageNode_2DParallaxRenderer::countLoadSteps() {
 
 void ImageNode_2DParallaxRenderer::prepareLoad(TaskPool& pool) {
     if (!isPlanned()) plan_ = std::make_unique<LoadPlan>(makePlan());
-    plan_->pictures.decodeAhead(pool, kPicturesAhead);
+    plan_->pictures.decodeAhead(pool, kPicturesBegunAhead);
 }
 
 void ImageNode_2DParallaxRenderer::loadChangedScenes() {
@@ -115,7 +117,7 @@ void ImageNode_2DParallaxRenderer::loadPictures(PictureQueue& pictures) {
     if (pictures.left() == 0) return;
     TaskPool pool;
     while (pictures.left() > 0) {
-        pictures.decodeAhead(pool, kPicturesAhead);
+        pictures.decodeAhead(pool, kPicturesForEachThread * pool.threadCount());
         const PictureQueue::Picture picture = pictures.takeNext();
         if (picture.pixels != nullptr) {
             std::shared_ptr<GL_Image>& place = imageCache[picture.path];
