@@ -188,9 +188,11 @@ bool ImageNode_2DParallaxRenderer::process() {
     if (scene.layers.empty()) return true;
     const float sceneSeconds = (seconds - scene.timeOffset - scene.startTime) * scene.timeStretch;
     const ParallaxGlow glow = ParallaxGlowOfSlot(slot);
-    const GL_FrameBuffer& layers = drawLayers(slot, sceneSeconds);
-    blurNeon(layers, glow.lengthScale);
-    compose(layers, glow.amount);
+    const DrawnLayers layers = drawLayers(slot, sceneSeconds);
+    const float amount = glow.amount * glowIntensity;
+    const bool glows = (amount != 0 && (layers.haveNeon || glowMask != 1)) || !skipNeutralWork;
+    if (glows) blurNeon(layers.target, glow.lengthScale);
+    compose(layers.target, glows, amount);
     return true;
 }
 
@@ -200,10 +202,11 @@ struct ImageNode_2DParallaxRenderer::LayerPass {
     std::size_t target = 0;       // which of layerBuffers is drawn to
     const GL_Image* fxImage;      // may be null
     Mat4 fxMatrix;
+    bool haveNeon = false;
 };
 
-const GL_FrameBuffer& ImageNode_2DParallaxRenderer::drawLayers(std::size_t slot,
-                                                               float sceneSeconds) const {
+ImageNode_2DParallaxRenderer::DrawnLayers ImageNode_2DParallaxRenderer::drawLayers(
+    std::size_t slot, float sceneSeconds) const {
     const NodePass nodePass(*this, "layers");
     const ImageNode* fx = imageInput(0);
     LayerPass pass{overProgram_.get(), 0, fx == nullptr ? nullptr : fx->images[0].get(),
@@ -211,9 +214,10 @@ const GL_FrameBuffer& ImageNode_2DParallaxRenderer::drawLayers(std::size_t slot,
     glEnable(GL_BLEND);
     pass.program->shader.Use();
     BeginTarget(*layerBuffers[0]);
-    // The result is cleared to this colour too: it stays set.
+    // Both pictures begin with it, and the result is cleared to it too: it stays set.
     glClearColor(background[0], background[1], background[2], background[3]);
     glClear(GL_COLOR_BUFFER_BIT);
+    pass.haveNeon = background[0] != 0 || background[1] != 0 || background[2] != 0;
     const std::vector<ParallaxLayer>& layers = scenes[slot].layers;
     for (auto layer = layers.rbegin(); layer != layers.rend(); ++layer) {
         const auto place = ParallaxPlaceAt(layer->keys, sceneSeconds, globalAlpha);
@@ -232,7 +236,7 @@ const GL_FrameBuffer& ImageNode_2DParallaxRenderer::drawLayers(std::size_t slot,
     ShaderProgram::Unuse();
     glDisable(GL_BLEND);
     GL_FrameBuffer::Unbind();
-    return *layerBuffers[pass.target];
+    return {*layerBuffers[pass.target], pass.haveNeon};
 }
 
 void ImageNode_2DParallaxRenderer::beginOver(LayerPass& pass, std::int32_t mode) const {
@@ -262,6 +266,7 @@ void ImageNode_2DParallaxRenderer::beginDodge(LayerPass& pass) const {
 void ImageNode_2DParallaxRenderer::drawLayer(LayerPass& pass, const ParallaxLayer& layer,
                                              const ParallaxPlace& place) const {
     const LayerProgram& program = *pass.program;
+    pass.haveNeon = pass.haveNeon || layer.neon != nullptr;
     const bool showsFx = layer.mask > 0 && pass.fxImage != nullptr;
     const Mat4 identity;
     glUniformMatrix4fv(program.textureMatrix, 1, GL_FALSE, showsFx ? pass.fxMatrix.m : identity.m);
@@ -285,7 +290,8 @@ void ImageNode_2DParallaxRenderer::blurNeon(const GL_FrameBuffer& layers, float 
     blurShader->fill(*blurBufferV, {blurBufferH.get(), 0, {}}, neon, {pixel, {0, 1}, length, 0});
 }
 
-void ImageNode_2DParallaxRenderer::compose(const GL_FrameBuffer& layers, float glowAmount) const {
+void ImageNode_2DParallaxRenderer::compose(const GL_FrameBuffer& layers, bool glows,
+                                           float glowAmount) const {
     const NodePass nodePass(*this, "compose");
     const LayerProgram& program = *overProgram_;
     glEnable(GL_BLEND);
@@ -299,8 +305,10 @@ void ImageNode_2DParallaxRenderer::compose(const GL_FrameBuffer& layers, float g
     glUniform1f(program.maskedEffectIntensity, 0);
     glUniform1f(program.alpha, 1);
     DrawImageQuad(layers);
-    glUniform1f(program.alpha, glowAmount * glowIntensity);
-    DrawImageQuad(*blurBufferV);
+    if (glows) {
+        glUniform1f(program.alpha, glowAmount);
+        DrawImageQuad(*blurBufferV);
+    }
     GL_FrameBuffer::Unbind();
     ShaderProgram::Unuse();
     glDisable(GL_BLEND);

@@ -61,6 +61,9 @@ class ImageNode_2DParallaxRenderer : public ImageNode {
     // order of their starts, the last one that has begun, or the first one before that.
     std::size_t sceneAt(float seconds) const;
 
+    // Leaves out a glow of which is known that it adds nothing; off only to prove that.
+    bool skipNeutralWork = true;
+
     float globalOffset, globalTimeStretch, globalAlpha;
     float fxIntensity;
     float glowRadius, glowIntensity, glowMask;
@@ -98,6 +101,10 @@ class ImageNode_2DParallaxRenderer : public ImageNode {
         int rect, textureMatrix, alpha, neonIntensity, maskedEffectIntensity;
     };
     struct LayerPass;
+    struct DrawnLayers {
+        const GL_FrameBuffer& target;
+        bool haveNeon;  // else the neon picture is black all over
+    };
 
     void declareParameters();
     void makeTargets();
@@ -110,13 +117,12 @@ class ImageNode_2DParallaxRenderer : public ImageNode {
     void loadScene(SceneFile& file);
     std::shared_ptr<GL_Image> cachedLayerImage(const std::string& path) const;
 
-    // Gives the target that holds the layers.
-    const GL_FrameBuffer& drawLayers(std::size_t slot, float sceneSeconds) const;
+    DrawnLayers drawLayers(std::size_t slot, float sceneSeconds) const;
     void drawLayer(LayerPass& pass, const ParallaxLayer& layer, const ParallaxPlace& place) const;
     void beginOver(LayerPass& pass, std::int32_t mode) const;
     void beginDodge(LayerPass& pass) const;
     void blurNeon(const GL_FrameBuffer& layers, float lengthScale) const;
-    void compose(const GL_FrameBuffer& layers, float glowAmount) const;
+    void compose(const GL_FrameBuffer& layers, bool glows, float glowAmount) const;
 
     std::unique_ptr<LayerProgram> overProgram_, dodgeProgram_;
     std::unique_ptr<LoadPlan> plan_;  // made ahead of the load pass

@@ -95,6 +95,28 @@ TEST_F(ParallaxLayers, BrightensByDodgeInTheTwelfthSlot) {
     }
 }
 
+// Numbers by hand: dodge(0.4, 0.25) = 0.4 / 0.75 at the layer's opacity, whatever its alpha.
+TEST_F(ParallaxLayers, DodgeTakesTheNeonAtTheOpacityOfTheLayer) {
+    const LayerPicture half = LayerPicture::Plain({255, 255, 255, 128});
+    const LayerPicture grey = LayerPicture::Plain({102, 102, 102, 255});
+    for (const float opacity : {1.0f, 0.5f}) {
+        ReferenceScene scene =
+            Scene({{"Neon half.png", 27, &half, {StillKey(0, 0, 1920, 1080, opacity)}, true},
+                   {"Neon grey.png", 2, &grey, kWhole, true}},
+                  11);
+        use(scene, opacity == 1 ? "one.scn" : "half.scn");
+        const Region pixel = {960, 540, 2, 2};
+        run(0, pixel);
+        const double alpha = 128.0 / 255 * static_cast<double>(opacity);
+        const double glow = 128.0 / 255 * static_cast<double>(opacity) * alpha;
+        const double expected = 0.4 / (1 - glow) * static_cast<double>(opacity) +
+                                0.4 * (1 - static_cast<double>(opacity));
+        const RegionPixels pixels = readAttachment(*node.layerBuffers[1], 1, pixel);
+        EXPECT_NEAR(pixels.at(960, 540)[0], expected, kLayerTolerance);
+        EXPECT_NEAR(pixels.at(960, 540)[3], alpha, kLayerTolerance);
+    }
+}
+
 TEST_F(ParallaxLayers, DodgeWithWhiteIsWhite) {
     const LayerPicture white = LayerPicture::Plain({255, 255, 255, 255});
     const LayerPicture grey = LayerPicture::Plain({51, 102, 0, 255});
@@ -140,6 +162,10 @@ TEST_F(ParallaxLayers, ShowsTheInputThroughMasks) {
     link(input, node, 0);
     expectLayers(scene, 0);
     expectLayers(scene, 0, {850, 0, 2, kFrameHeight}, 1);
+    // Beyond its slider it makes the neon of a mask brighter too.
+    scene.settings.fxIntensity = 1.5;
+    set(node, "FX Intensity", {1.5f});
+    expectLayers(scene, 0, {0, 300, kFrameWidth, 1}, 1);
 }
 
 TEST_F(ParallaxLayers, ShowsTheInputThroughAMaskThatDodges) {
@@ -240,6 +266,53 @@ TEST_F(ParallaxChain, GlowsAndIsLaidOverTheBackground) {
             << slot;
         node.scnFiles[slot].clear();
         load();
+    }
+}
+
+// Whether the glow is left out or not, the picture is the same bit for bit.
+TEST_F(ParallaxChain, LeavesOutOnlyAGlowThatAddsNothing) {
+    struct Case {
+        bool neon;
+        double intensity, mask;
+        Rgba background;
+        bool leftOut;
+    };
+    const Case cases[] = {{false, 0.5, 1, {0, 0, 0, 1}, true},
+                          {true, 0, 1, {0, 0, 0, 1}, true},
+                          {true, 0.5, 1, {0, 0, 0, 1}, false},
+                          {false, 0.5, 0.875, {0, 0, 0, 1}, false},
+                          {false, 0.5, 1, {0, 0.25, 0, 1}, false}};
+    const auto clear = [](const GL_FrameBuffer& target, float value) {
+        target.Bind();
+        target.SelectDrawBuffers();
+        glClearColor(value, value, value, value);
+        glClear(GL_COLOR_BUFFER_BIT);
+        GL_FrameBuffer::Unbind();
+    };
+    int number = 0;
+    for (const Case& one : cases) {
+        ReferenceScene scene =
+            Scene({{one.neon ? "Neon.png" : "a.png", 2, &kFirst, kPart, one.neon}});
+        scene.settings.glowRadius = 0.0625;
+        scene.settings.glowIntensity = one.intensity;
+        scene.settings.glowMask = one.mask;
+        scene.settings.background = one.background;
+        use(scene, std::to_string(++number) + ".scn");
+        const Region band = {250, 80, 200, 60};
+        std::vector<float> pictures[2], blurs[2];
+        for (const bool skip : {false, true}) {
+            node.skipNeutralWork = skip;
+            // Only a band is drawn: what lies outside of it is given here, and kept off what is
+            // compared by a few pixels.
+            clear(*node.layerBuffers[0], 0);
+            clear(*node.blurBufferH, 0);
+            clear(*node.blurBufferV, 0.5f);
+            run(0, {246, 76, 208, 68});
+            pictures[skip] = readAttachment(*node.resultBuffer, 0, band).rgba;
+            blurs[skip] = readAttachment(*node.blurBufferV, 0, band).rgba;
+        }
+        EXPECT_EQ(pictures[0], pictures[1]) << number;
+        EXPECT_EQ(blurs[0] != blurs[1], one.leftOut) << number;
     }
 }
 
