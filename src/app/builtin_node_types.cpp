@@ -15,6 +15,7 @@
 #include "geometry/geometry_node_screen_effect_kinect.h"
 #include "geometry/material_node.h"
 #include "geometry/transform3d_node_orbit_camera.h"
+#include "image/image_node_2d_parallax_renderer.h"
 #include "image/image_node_compose.h"
 #include "image/image_node_glow.h"
 #include "image/image_node_holo_ball.h"
@@ -57,6 +58,7 @@ std::vector<NodeType> BuiltInNodeTypes() {
         {"HandLine", Make<GeometryNode_HandLine>},
         {"FallingModel", Make<GeometryNode_FallingModels>},
         {"Randomize Material", Make<GeometryNode_RandomizeMaterial>},
+        {"2D Parallax Engine", Make<ImageNode_2DParallaxRenderer>},
         {"Particle Mesher", Make<GeometryNode_ParticleMesher>},
         {"Glow", Make<ImageNode_Glow>},
         {"Sequencer", Make<ImageNode_Sequence>},

@@ -37,6 +37,11 @@ std::unique_ptr<Session> Session::Start(WindowKind kind, std::string& reason, in
         return nullptr;
     }
     session->showFirstFrames();
+    if (kind != WindowKind::Offscreen) {
+        session->engine->showLoadProgress = [self = session.get()](double part) {
+            self->showLoadProgress(part);
+        };
+    }
     exitCode = kExitDone;
     return session;
 }
@@ -67,13 +72,42 @@ Session::~Session() {
     if (window != nullptr) ReleaseFullScreenQuad();
 }
 
+// A few times a second: each costs a little of the time that the load takes.
+void Session::showLoadProgress(double part) {
+    constexpr std::uint64_t kTimesPerSecond = 15;
+    const std::uint64_t now = PerformanceCounter();
+    if (now - progressShown_ < PerformanceFrequency() / kTimesPerSecond) return;
+    progressShown_ = now;
+    drawLoadProgress(part);
+    window->swap();
+}
+
 void Session::drawEditor() {
+    drawPicture();
+    showPicture();
+}
+
+void Session::drawLoadProgress(double part) {
+    constexpr int kLineHeight = 6;
+    drawPicture();
+    screen_->Bind();
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, static_cast<int>(part * kFrameWidth), kLineHeight);
+    glClearColor(0.8f, 0.8f, 0.8f, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glDisable(GL_SCISSOR_TEST);
+    showPicture();
+}
+
+void Session::drawPicture() {
     screen_->Bind();
     screen_->SelectDrawBuffers();
     screen_->SetViewport();
     ClearColour();
     ui->DrawFrame();
+}
 
+void Session::showPicture() {
     glBindFramebuffer(GL_READ_FRAMEBUFFER, screen_->framebuffer);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
     const int width = window->drawableWidth();

@@ -2,6 +2,7 @@
 // and the editor, started in the order in which they need each other. Main thread.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,10 @@ class Session {
     void runGraph(float seconds) { engine->update(seconds); }
     // Draws the editor into the picture and shows it in the window, letterboxed.
     void drawEditor();
+    // The same with a line along the bottom that is as long as the part of a load that is done.
+    void drawLoadProgress(double part);
+    // What the window shows, 1920 by 1080, bottom row first.
+    const GL_FrameBuffer& picture() const { return *screen_; }
 
     // Members die in reverse order: the editor, the engine, the window.
     std::unique_ptr<Window> window;
@@ -32,6 +37,10 @@ class Session {
     Session() = default;
     bool startEditor();
     void showFirstFrames();
+    void showLoadProgress(double part);
+    void drawPicture();
+    void showPicture();
 
+    std::uint64_t progressShown_ = 0;         // the counter when it was last brought up to date
     std::unique_ptr<GL_FrameBuffer> screen_;  // the 1920 by 1080 picture that the window shows
 };

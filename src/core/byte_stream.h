@@ -26,6 +26,14 @@ class ByteReader {
     std::int32_t readI32() { return read<std::int32_t>(); }
     float readFloat() { return read<float>(); }
 
+    // The next `size` bytes, or as many as there are.
+    std::span<const std::uint8_t> readBytes(std::size_t size) {
+        const std::size_t kept = remaining() < size ? remaining() : size;
+        if (kept < size) ranShort_ = true;
+        place_ += kept;
+        return bytes_.subspan(place_ - kept, kept);
+    }
+
     // Bytes up to the next zero, at most `limit` of them; the rest up to the zero is passed over.
     std::string readText(std::size_t limit) {
         const std::size_t left = remaining();

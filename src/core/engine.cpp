@@ -208,14 +208,29 @@ void Engine::refreshNodes() {
     constexpr std::size_t kNodesAhead = 32;
     TaskPool pool;
     renderEnabled = 0;
+    loadSteps_ = loadStepsDone_ = 0;
+    for (auto& [nodeId, node] : nodes) {
+        if (node) loadSteps_ += node->countLoadSteps();
+    }
     auto ahead = nodes.begin();
     std::size_t prepared = 0, done = 0;
     for (auto& [nodeId, node] : nodes) {
         for (; ahead != nodes.end() && prepared < done + kNodesAhead; ++ahead, ++prepared) {
             if (ahead->second) ahead->second->prepareLoad(pool);
         }
-        if (node) node->process();
+        if (node) {
+            node->process();
+            loadStepDone();
+        }
         ++done;
     }
+    loadSteps_ = loadStepsDone_ = 0;
     renderEnabled = 1;
+}
+
+void Engine::loadStepDone() {
+    if (loadStepsDone_ >= loadSteps_) return;
+    ++loadStepsDone_;
+    if (showLoadProgress == nullptr) return;
+    showLoadProgress(static_cast<double>(loadStepsDone_) / static_cast<double>(loadSteps_));
 }

@@ -90,6 +90,10 @@ class Engine : public Value_Keyframe_Handler {
     void clearScene();
     // Runs process once on every node, with the GPU off, so that nodes take in new parameters.
     void refreshNodes();
+    // A node has done one of the steps of a load that it counted. Outside of a load: nothing.
+    void loadStepDone();
+    // Called while nodes take in their files, with the part that is done, 0 to 1. May be empty.
+    std::function<void(double part)> showLoadProgress;
 
     float time = -1.0f;                 // seconds
     float deltaTime = 0.0f;             // seconds since the frame before
@@ -131,6 +135,7 @@ class Engine : public Value_Keyframe_Handler {
     std::vector<NodeType> builtInTypes_;
     std::unique_ptr<SoundSystem> sound_;
     AnimationPlayer player_;
-    std::uint64_t trackEdits_ = 1;     // grows with every change of tracks or keys
-    std::uint64_t compiledEdits_ = 0;  // the state that player_ holds
+    std::uint64_t trackEdits_ = 1;                   // grows with every change of tracks or keys
+    std::size_t loadSteps_ = 0, loadStepsDone_ = 0;  // of a load; 0 of 0 outside of one
+    std::uint64_t compiledEdits_ = 0;                // the state that player_ holds
 };

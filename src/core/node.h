@@ -3,6 +3,7 @@
 // the node up to date. Links are made and cut by the engine. Main thread.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,9 @@ class Node {
     virtual bool canConnect(int port, const Node* source) const = 0;
     // Hooks that the engine never calls; nodes answer false unless they have something to say.
     virtual bool inputTypeName(int port, std::string& typeName) const;
+    // Called once on every node before the load pass: how many times the next process is going to
+    // call Engine::loadStepDone, and once more for itself.
+    virtual std::size_t countLoadSteps() { return 1; }
     // Called before the load pass runs process: begins work on other threads that process is going
     // to wait for, such as the decoding of a file.
     virtual void prepareLoad(TaskPool&) {}

@@ -1,18 +1,28 @@
 #include "image/read_image_file.h"
 
+#include <bit>
 #include <cstddef>
+#include <cstring>
 
 #include "platform/picture_decoder.h"
 
 namespace {
 
-// r, g and b times a / 255 in single precision, cut to integers.
+// r, g and b times a / 255 in single precision, cut to integers. Whole pixels in one word each, so
+// that the compiler takes several at a time.
 void MultiplyByAlpha(std::uint8_t* pixels, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i, pixels += 4) {
-        const float factor = static_cast<float>(pixels[3]) / 255.0f;
-        for (int c = 0; c < 3; ++c) {
-            pixels[c] = static_cast<std::uint8_t>(static_cast<float>(pixels[c]) * factor);
+    static_assert(std::endian::native == std::endian::little, "alpha is the highest byte");
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, pixels + 4 * i, 4);
+        const float factor = static_cast<float>(static_cast<std::int32_t>(pixel >> 24)) / 255.0f;
+        std::uint32_t result = pixel & 0xFF000000u;
+        for (int shift = 0; shift < 24; shift += 8) {
+            const auto value = static_cast<float>(static_cast<std::int32_t>(pixel >> shift & 255));
+            result |= static_cast<std::uint32_t>(static_cast<std::int32_t>(value * factor))
+                      << shift;
         }
+        std::memcpy(pixels + 4 * i, &result, 4);
     }
 }
 

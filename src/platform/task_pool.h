@@ -22,6 +22,8 @@ class TaskPool {
     TaskPool(const TaskPool&) = delete;
     TaskPool& operator=(const TaskPool&) = delete;
 
+    unsigned threadCount() const { return threadCount_; }
+
     // The task must not throw.
     template <typename Task>
     std::future<std::invoke_result_t<Task>> run(Task task) {

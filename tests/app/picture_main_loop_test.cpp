@@ -1,10 +1,12 @@
 // The main loop over a session without a window.
 #include "app/main_loop.h"
 
+#include <GL/glew.h>
 #include <SDL.h>
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <vector>
 
 #include "app/session.h"
 #include "platform/debug_output.h"
@@ -107,6 +109,31 @@ TEST_F(MainLoop, StartsPlaybackOnlyOnce) {
     RunMainLoop(*session_);
     EXPECT_EQ(window_->swaps, 5);
     EXPECT_FALSE(session_->ui->playing) << "a pause stays one";
+}
+
+TEST_F(MainLoop, ShowsHowFarALoadIsAsALineAlongTheBottom) {
+    session_->drawEditor();
+    const auto lineLength = [&](int row) {
+        session_->picture().Bind();
+        std::vector<unsigned char> pixels(static_cast<std::size_t>(kFrameWidth) * 4);
+        glFinish();
+        glReadPixels(0, row, kFrameWidth, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+        GL_FrameBuffer::Unbind();
+        int length = 0;
+        while (length < kFrameWidth && pixels[static_cast<std::size_t>(length) * 4] > 150) {
+            ++length;
+        }
+        return length;
+    };
+    EXPECT_EQ(lineLength(0), 0);
+    session_->drawLoadProgress(0.25);
+    EXPECT_EQ(lineLength(0), 480);
+    EXPECT_EQ(lineLength(5), 480);
+    EXPECT_EQ(lineLength(6), 0);
+    session_->drawLoadProgress(1);
+    EXPECT_EQ(lineLength(0), kFrameWidth);
+    session_->drawEditor();
+    EXPECT_EQ(lineLength(0), 0) << "nothing of it stays";
 }
 
 TEST_F(MainLoop, PlaysOnTo230SecondsByTheClock) {

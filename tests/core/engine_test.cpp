@@ -279,6 +279,27 @@ TEST_F(EngineTest, RefreshesEveryNodeWithRenderingOff) {
     EXPECT_EQ(engine_.renderEnabled, 1);
 }
 
+TEST_F(EngineTest, TellsHowFarALoadIs) {
+    class Loading : public TestNode {
+      public:
+        using TestNode::TestNode;
+        std::size_t countLoadSteps() override { return 3; }
+        bool process() override {
+            for (int i = 0; i < 2; ++i) engine->loadStepDone();
+            return TestNode::process();
+        }
+    };
+    engine_.makeNode("A");
+    engine_.createNode("Gone", "Vanished");
+    engine_.addNode("L", std::make_unique<Loading>(&engine_, "L"));
+    std::vector<double> parts;
+    engine_.showLoadProgress = [&](double part) { parts.push_back(part); };
+    engine_.refreshNodes();
+    EXPECT_THAT(parts, ElementsAre(0.25, 0.5, 0.75, 1));
+    engine_.findNode("L")->process();
+    EXPECT_THAT(parts, testing::SizeIs(4)) << "a frame is no load";
+}
+
 TEST_F(EngineTest, ClearsTheWholeScene) {
     engine_.makeNode("A");
     engine_.makeOutput("Out");

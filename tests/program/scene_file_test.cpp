@@ -220,6 +220,7 @@ TEST(SceneFile, TypesStandInTheirOrder) {
                                             "HandLine",
                                             "FallingModel",
                                             "Randomize Material",
+                                            "2D Parallax Engine",
                                             "Particle Mesher",
                                             "Glow",
                                             "Sequencer",
