@@ -49,6 +49,25 @@ std::uint32_t GuessedWindow(float firstSeconds, float keysPerSecond, std::uint32
 
 }  // namespace
 
+void AnimationPlayer::Segments::clear() {
+    starts.clear();
+    ends.clear();
+    froms.clear();
+    tos.clear();
+    modes.clear();
+    targets.clear();
+}
+
+// With an empty span of time, so that the first frame seeks.
+void AnimationPlayer::Segments::append(float* target) {
+    starts.push_back(kForever);
+    ends.push_back(-kForever);
+    froms.push_back(0.0f);
+    tos.push_back(0.0f);
+    modes.push_back(kHold);
+    targets.push_back(target);
+}
+
 void AnimationPlayer::compile(std::span<KeyframeTrack* const> tracks) {
     segments_.clear();
     places_.clear();
@@ -64,13 +83,14 @@ void AnimationPlayer::compile(std::span<KeyframeTrack* const> tracks) {
             continue;
         }
         appendKeys(keys);
-        // An empty span of time, so that the first frame seeks.
-        segments_.push_back({kForever, -kForever, 0, 1, 0, 0, kHold, track->target});
+        segments_.append(track->target);
     }
     seeks_.resize(segments_.size());
+    leaves_.resize(segments_.size());
+    fractions_.resize(segments_.size());
     weights_.resize(segments_.size());
+    values_.resize(segments_.size());
     cosines_.resize(segments_.size());
-    cosineTimes_.resize(segments_.size());
 }
 
 void AnimationPlayer::appendKeys(std::span<const Keyframe> keys) {
@@ -91,8 +111,17 @@ void AnimationPlayer::appendKeys(std::span<const Keyframe> keys) {
     keys_.insert(keys_.end(), keys.begin(), keys.end());
 }
 
+void AnimationPlayer::enterSegment(std::size_t track, float start, float end, float from, float to,
+                                   std::int32_t mode) {
+    segments_.starts[track] = start;
+    segments_.ends[track] = end;
+    segments_.froms[track] = from;
+    segments_.tos[track] = to;
+    segments_.modes[track] = mode;
+}
+
 void AnimationPlayer::holdValue(std::size_t track, const Keyframe& key, float start, float end) {
-    segments_[track] = {start, end, 0, 1, key.value, key.value, kHold, segments_[track].target};
+    enterSegment(track, start, end, key.value, key.value, kHold);
 }
 
 // The segment of a track that has passed so many of its keys.
@@ -105,25 +134,24 @@ void AnimationPlayer::enter(std::size_t track, std::uint32_t passed) {
     if (passed == count) return holdValue(track, keys[count - 1], keys[count - 1].time, kForever);
     const Keyframe& a = keys[passed - 1];
     const Keyframe& b = keys[passed];
-    segments_[track] = {a.time,
-                        b.time,
-                        a.time,
-                        b.time - a.time,
-                        a.value,
-                        b.value,
-                        IsCosineMode(b.mode) ? kKeyCosine : b.mode,
-                        segments_[track].target};
+    enterSegment(track, a.time, b.time, a.value, b.value,
+                 IsCosineMode(b.mode) ? kKeyCosine : b.mode);
 }
 
-// Lists the tracks whose segment does not hold a time. Whether one does cannot be foreseen, so that
-// nothing jumps by it.
+// Lists the tracks whose segment does not hold a time. They are few in most frames, so that they
+// are marked first, many tracks at a time.
 std::size_t AnimationPlayer::collectLeavers(float timeSeconds) {
+    const std::size_t trackCount = segments_.size();
+    const float* starts = segments_.starts.data();
+    const float* ends = segments_.ends.data();
+    std::uint32_t* leaves = leaves_.data();
+    for (std::size_t i = 0; i < trackCount; ++i) {
+        leaves[i] = (timeSeconds >= starts[i]) & (timeSeconds < ends[i]) ? 0u : 1u;
+    }
     std::size_t count = 0;
-    for (std::size_t i = 0; i < segments_.size(); ++i) {
-        const bool begun = timeSeconds >= segments_[i].startSeconds;
-        const bool open = timeSeconds < segments_[i].endSeconds;
+    for (std::size_t i = 0; i < trackCount; ++i) {
         seeks_[count].track = static_cast<std::uint32_t>(i);
-        count += (begun & open) ? 0u : 1u;
+        count += leaves[i];
     }
     return count;
 }
@@ -197,23 +225,31 @@ void AnimationPlayer::applyUnsorted(const UnsortedTrack& unsorted, float timeSec
 
 // Weights first, those by cosine apart, then values: no loop jumps by the mode of a track.
 void AnimationPlayer::applySegments(std::size_t first, std::size_t end, float timeSeconds) {
+    const float* starts = segments_.starts.data();
+    const float* ends = segments_.ends.data();
+    const float* froms = segments_.froms.data();
+    const float* tos = segments_.tos.data();
+    const std::int32_t* modes = segments_.modes.data();
+    float* fractions = fractions_.data();
+    float* weights = weights_.data();
+    float* values = values_.data();
+    for (std::size_t i = first; i < end; ++i) {
+        fractions[i] = (timeSeconds - starts[i]) / (ends[i] - starts[i]);
+        weights[i] = PowerWeight(modes[i], fractions[i]);
+    }
     std::size_t cosineCount = 0;
     for (std::size_t i = first; i < end; ++i) {
-        const Segment& segment = segments_[i];
-        const float t = (timeSeconds - segment.origin) / segment.duration;
-        weights_[i] = PowerWeight(segment.mode, t);
         cosines_[cosineCount] = static_cast<std::uint32_t>(i);
-        cosineTimes_[cosineCount] = t;
-        cosineCount += segment.mode == kKeyCosine ? 1u : 0u;
+        cosineCount += modes[i] == kKeyCosine ? 1u : 0u;
     }
     for (std::size_t i = 0; i < cosineCount; ++i) {
-        weights_[cosines_[i]] = CosineWeight(cosineTimes_[i]);
+        weights[cosines_[i]] = CosineWeight(fractions[cosines_[i]]);
     }
     for (std::size_t i = first; i < end; ++i) {
-        const Segment& segment = segments_[i];
-        const float mixed = (1.0f - weights_[i]) * segment.from + weights_[i] * segment.to;
-        *segment.target = segment.mode == kHold ? segment.from : mixed;
+        const float mixed = (1.0f - weights[i]) * froms[i] + weights[i] * tos[i];
+        values[i] = modes[i] == kHold ? froms[i] : mixed;
     }
+    for (std::size_t i = first; i < end; ++i) *segments_.targets[i] = values[i];
 }
 
 void AnimationPlayer::apply(float timeSeconds) {
@@ -241,7 +277,7 @@ void AnimationPlayer::applyAtNoTime() {
     const auto applyUpTo = [&](std::size_t end) {
         for (; track < end; ++track) {
             if (places_[track].keyCount != 1) continue;
-            *segments_[track].target = keys_[places_[track].firstKey].value;
+            *segments_.targets[track] = keys_[places_[track].firstKey].value;
         }
     };
     for (const UnsortedTrack& unsorted : unsorted_) {

@@ -20,15 +20,17 @@ class AnimationPlayer {
     void apply(float timeSeconds);
 
   private:
-    // Where a track is now: between two keys, or holding one value before, after or at its keys.
-    struct Segment {
-        float startSeconds;  // holds for startSeconds <= time < endSeconds
-        float endSeconds;
-        float origin;    // time that is subtracted, the earlier key's
-        float duration;  // later key's time less the earlier's
-        float from, to;
-        std::int32_t mode;  // of the later key, kHold for one value
-        float* target;
+    // Where each track is now: between two keys, or holding one value before, after or at its keys.
+    // One array for each field, so that the passes over all tracks take several at a time.
+    struct Segments {
+        std::vector<float> starts, ends;  // seconds; holds for start <= time < end
+        std::vector<float> froms, tos;    // values at both ends
+        std::vector<std::int32_t> modes;  // of the later key, kHold for one value
+        std::vector<float*> targets;
+
+        std::size_t size() const { return targets.size(); }
+        void clear();
+        void append(float* target);
     };
     static constexpr std::uint32_t kBlockTimes = 16;
     // The times of sixteen keys: one line of cache.
@@ -67,9 +69,11 @@ class AnimationPlayer {
     std::size_t seekByGuess(std::span<Seek> seeks, float timeSeconds);
     void seek(std::span<Seek> seeks, float timeSeconds);
     void enter(std::size_t track, std::uint32_t passed);
+    void enterSegment(std::size_t track, float start, float end, float from, float to,
+                      std::int32_t mode);
     void holdValue(std::size_t track, const Keyframe& key, float start, float end);
 
-    std::vector<Segment> segments_;
+    Segments segments_;
     std::vector<Place> places_;       // parallel to segments_
     std::vector<Keyframe> keys_;      // all tracks' keys, one after the other
     std::vector<Block> blocks_;       // their times alone
@@ -77,7 +81,10 @@ class AnimationPlayer {
     std::vector<UnsortedTrack> unsorted_;
     // Room for the work of one frame, an entry for each track at most.
     std::vector<Seek> seeks_;
-    std::vector<float> weights_;          // of each segment's later value
-    std::vector<std::uint32_t> cosines_;  // segments that ease by cosine, and where they stand
-    std::vector<float> cosineTimes_;
+    std::vector<std::uint32_t>
+        leaves_;                    // of each track: 1 where its segment does not hold the time
+    std::vector<float> fractions_;  // how far each segment has run, 0 to 1
+    std::vector<float> weights_;    // of each segment's later value
+    std::vector<float> values_;
+    std::vector<std::uint32_t> cosines_;  // segments that ease by cosine
 };
