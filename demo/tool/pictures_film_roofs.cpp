@@ -144,16 +144,16 @@ Layer paintRoofFront() {
         addTank(pen, 470, 500, 380);
         pen.box(900, 360, 90, 180).box(885, 345, 120, 24).box(1010, 420, 60, 120);
         pen.box(2060, 380, 330, 170).shape({{2040, 384}, {2225, 300}, {2410, 384}});
-        for (const double x : {1280.0, 1760.0, 2600.0}) {
-            const double tall = x > 1700 ? 300 : 230;
+        for (const double x : {1280.0, 1930.0, 2600.0}) {
+            const double tall = x > 1700 ? 190 : 230;
             pen.line({{x, 540}, {x, 540 - tall}}, 6);
             for (int i = 0; i < 5; ++i) {
                 const double y = 552 - tall + i * 24, half = 62 - i * 9;
                 pen.line({{x - half, y}, {x + half, y}}, 4);
             }
         }
-        pen.curve({{1280, 330}, {1500, 372}, {1760, 260}}, 2.5);
-        pen.curve({{1760, 262}, {2200, 330}, {2600, 262}}, 2.5);
+        pen.curve({{1280, 330}, {1500, 372}, {1930, 355}}, 2.5);
+        pen.curve({{1930, 355}, {2250, 372}, {2600, 262}}, 2.5);
         pen.box(0, 520, kWidth, 240);
         pen.flat(hexColour(0x191644)).box(0, 520, kWidth, 16);
         pen.flat(hexColour(0x2e2668)).box(0, 518, kWidth, 4);
