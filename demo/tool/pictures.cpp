@@ -50,7 +50,8 @@ constexpr std::array kEntries{
 std::vector<Entry> allEntries() {
     std::vector<Entry> entries(kEntries.begin(), kEntries.end());
     for (const auto& part : {pictures::filmLights(), pictures::filmRoofs(), pictures::filmStreet(),
-                             pictures::filmSigns(), pictures::filmHouse(), pictures::filmRoom()}) {
+                             pictures::filmSigns(), pictures::filmHouse(), pictures::filmRoom(),
+                             pictures::filmTrain(), pictures::filmForest()}) {
         entries.insert(entries.end(), part.begin(), part.end());
     }
     return entries;
