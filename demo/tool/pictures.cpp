@@ -49,9 +49,11 @@ constexpr std::array kEntries{
 // Every picture, the film's after the others.
 std::vector<Entry> allEntries() {
     std::vector<Entry> entries(kEntries.begin(), kEntries.end());
-    for (const auto& part : {pictures::filmLights(), pictures::filmRoofs(), pictures::filmStreet(),
-                             pictures::filmSigns(), pictures::filmHouse(), pictures::filmRoom(),
-                             pictures::filmTrain(), pictures::filmForest()}) {
+    for (const auto& part :
+         {pictures::filmLights(), pictures::filmRoofs(), pictures::filmStreet(),
+          pictures::filmSigns(), pictures::filmHouse(), pictures::filmRoom(), pictures::filmTrain(),
+          pictures::filmForest(), pictures::filmSea(), pictures::filmSpace(),
+          pictures::filmSunrise(), pictures::filmCinema()}) {
         entries.insert(entries.end(), part.begin(), part.end());
     }
     return entries;

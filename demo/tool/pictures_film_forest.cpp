@@ -87,10 +87,11 @@ Layer paintTrunks() {
                 const double y = 60 + i * 120 + random.range(-30, 30), side = i % 2 ? 1 : -1,
                              reach = random.range(120, 260);
                 pen.curve({{x, y}, {x + side * reach * 0.5, y - 6}, {x + side * reach, y + 46}}, 9);
-                for (int k = 1; k < 9; ++k) {
-                    const double at = x + side * reach * k / 9.0, h = y + 46.0 * k * k / 81;
+                for (int k = 2; k < 26; ++k) {
+                    const double at = x + side * reach * k / 26.0, h = y + 46.0 * k * k / 676;
+                    const double tall = random.range(16, 62) * (1.1 - k / 40.0);
                     pen.shape(
-                        {{at - 14, h}, {at + 14, h}, {at + side * 8, h + random.range(34, 74)}});
+                        {{at - 7, h}, {at + 7, h}, {at + side * random.range(0, 22), h + tall}});
                 }
             }
         };
@@ -124,9 +125,16 @@ Layer paintDeer() {
         pen.line({{438, 130}, {446, 84}, {490, 30}}, 8)
             .line({{446, 84}, {438, 36}}, 6)
             .line({{468, 58}, {496, 62}}, 5);
-        for (const double x : {160.0, 196.0, 350.0, 384.0})
-            pen.line({{x, 340}, {x - 8, 440}, {x + 2, 540}}, 17)
-                .line({{x + 2, 540}, {x + 12, 544}}, 12);
+        for (const double x : {158.0, 200.0, 344.0, 386.0}) {
+            const double back = x < 250 ? -16 : 4;
+            pen.shape({{x - 20, 330},
+                       {x + 20, 330},
+                       {x + back + 7, 440},
+                       {x + 5, 540},
+                       {x - 7, 540},
+                       {x + back - 7, 440}});
+            pen.shape({{x - 8, 536}, {x + 8, 536}, {x + 12, 546}, {x - 8, 546}});
+        }
         pen.blob({{124, 292}, {104, 300}, {98, 340}, {114, 344}, {130, 320}});
         pen.flat(hexColour(0xffc890), 0.9)
             .curve({{122, 298}, {170, 262}, {300, 270}, {362, 246}, {396, 170}, {420, 132}}, 4);

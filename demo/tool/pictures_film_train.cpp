@@ -195,7 +195,7 @@ Layer paintPole() {
 
 // Outside, as it flies by: trees drawn out sideways.
 Layer paintPassing() {
-    Layer sharp = wood(1600, 480, 26, 400, 31, hexColour(0x060a20), hexColour(0x0a1030));
+    Layer sharp = wood(1600, 480, 26, 330, 31, hexColour(0x060a20), hexColour(0x0a1030));
     Layer layer(sharp.width, sharp.height);
     constexpr int kReach = 26;
     for (int y = 0; y < sharp.height; ++y) {
@@ -239,9 +239,7 @@ Layer paintCabin() {
         cairo_set_operator(pen.cairo(), CAIRO_OPERATOR_OVER);
         pen.flat(hexColour(0x2a141e)).box(1090, 260, 20, 640);
         pen.flat(hexColour(0xb87a58), 0.7).box(1090, 260, 3, 640);
-        // Reflection of the lamp in the pane.
-        pen.round(700, 430, 150, {{0, hexColour(0xffd890), 0.30}, {1, kGold, 0}})
-            .circle(700, 430, 150);
+        // Reflection of the lit wall in the pane.
         pen.across(1200, 1700, {{0, {1, 1, 1}, 0.07}, {1, {1, 1, 1}, 0}})
             .shape({{1300, 260}, {1560, 260}, {1360, 900}, {1110, 900}});
     });
