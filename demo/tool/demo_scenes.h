@@ -21,6 +21,9 @@ std::string Grid(DemoBuilder& demo);            // 144 to 160
 std::string Climax(DemoBuilder& demo);          // 160 to 208
 std::string Ending(DemoBuilder& demo);          // 208 to 230
 
+// The film of layered pictures: 32 seconds from `start` on, a bar of the music.
+std::string Film(DemoBuilder& demo, float start, float stop);
+
 // --- what several scenes share
 
 // A picture of the demo, fitted to the frame. Pictures with alpha are premultiplied.

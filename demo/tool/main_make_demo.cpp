@@ -1,6 +1,7 @@
 // Makes the content of the shipped demo.
 //   vorn_make_demo pictures FOLDER
 //   vorn_make_demo music FILE.ogg
+//   vorn_make_demo film DESCRIPTIONS FOLDER
 //   vorn_make_demo project SCRIPTS FONTS FOLDER
 #include <cstdio>
 #include <filesystem>
@@ -9,6 +10,7 @@
 
 #include "app/session.h"
 #include "demo/tool/demo_project.h"
+#include "demo/tool/film_scenes.h"
 #include "music.h"
 #include "pictures.h"
 #include "platform/debug_output.h"
@@ -34,6 +36,11 @@ int MakeMusic(const fs::path& file) {
     fs::create_directories(file.parent_path(), ignored);
     std::string error;
     return SynthesiseMusic(file, error) ? 0 : Fail(error);
+}
+
+int MakeFilm(const fs::path& descriptions, const fs::path& folder) {
+    std::string fault;
+    return MakeFilmScenes(descriptions, folder, fault) ? 0 : Fail(fault);
 }
 
 bool CopyFolder(const fs::path& from, const fs::path& to) {
@@ -70,8 +77,11 @@ int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     if (words.size() == 2 && words[0] == "pictures") return MakePictures(words[1]);
     if (words.size() == 2 && words[0] == "music") return MakeMusic(words[1]);
+    if (words.size() == 3 && words[0] == "film") return MakeFilm(words[1], words[2]);
     if (words.size() == 4 && words[0] == "project") {
         return MakeProject(fs::absolute(words[1]), fs::absolute(words[2]), fs::absolute(words[3]));
     }
-    return Fail("needs pictures FOLDER, music FILE.ogg, or project SCRIPTS FONTS FOLDER");
+    return Fail(
+        "needs pictures FOLDER, music FILE.ogg, film DESCRIPTIONS FOLDER, or project SCRIPTS FONTS "
+        "FOLDER");
 }

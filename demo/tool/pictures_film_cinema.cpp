@@ -129,11 +129,11 @@ Layer paintBulbsEven() {
     return bulbs(0);
 }
 
-Layer paintTheEnd() {
-    constexpr int kWidth = 900, kHeight = 360;
-    return neonSign(kWidth, kHeight, kPink, 13, [](Pen& pen) {
-        letter(pen, "THE END", 450, 110, 110, 14);
-        pen.curve({{150, 280}, {300, 262}, {450, 284}, {600, 262}, {750, 280}}, 6);
+Layer paintIntermission() {
+    constexpr int kWidth = 1160, kHeight = 360;
+    return neonSign(kWidth, kHeight, kPink, 10, [](Pen& pen) {
+        letter(pen, "INTERMISSION", 580, 124, 86, 10.5);
+        pen.curve({{200, 268}, {390, 250}, {580, 272}, {770, 250}, {960, 268}}, 5.5);
     });
 }
 
@@ -157,21 +157,21 @@ Layer seats(uint32_t seed, double size, Colour cloth, Colour rim) {
                 const double head = top - size * random.range(0.16f, 0.34f),
                              wide = size * random.range(0.19f, 0.23f);
                 const double lean = size * random.range(-0.08f, 0.08f);
-                pen.flat(hexColour(0x07030c));
-                pen.oval(middle + lean, head, wide, wide * 1.2);
-                if (random.chance(0.3f)) pen.circle(middle + lean, head - wide * 1.2, wide * 0.5);
-                if (random.chance(0.3f))
-                    pen.oval(middle + lean, head + wide * 0.3, wide * 1.3, wide * 1.3);
+                const bool knot = random.chance(0.3f), curls = random.chance(0.3f);
+                // Each head twice: lit by the screen, and a little lower in the dark.
+                for (const bool lit : {true, false}) {
+                    const double y = lit ? head : head + size * 0.016, x2 = middle + lean;
+                    pen.flat(lit ? rim : hexColour(0x07030c));
+                    pen.oval(x2, y, wide, wide * 1.2);
+                    if (knot) pen.circle(x2, y - wide * 1.3, wide * 0.45);
+                    if (curls) pen.oval(x2, y + wide * 0.2, wide * 1.22, wide * 1.24);
+                }
                 pen.blob({{middle - size * 0.16, head + wide},
                           {middle + size * 0.16, head + wide},
                           {middle + size * 0.44, top + size * 0.24},
                           {middle + size * 0.44, height + 9.0},
                           {middle - size * 0.44, height + 9.0},
                           {middle - size * 0.44, top + size * 0.24}});
-                pen.flat(rim, 0.85).curve({{middle + lean - wide * 0.86, head - wide * 0.5},
-                                           {middle + lean, head - wide * 1.18},
-                                           {middle + lean + wide * 0.86, head - wide * 0.5}},
-                                          size * 0.018);
             }
             pen.down(top, top + size * 1.2,
                      {{0, mix(cloth, rim, 0.25f)}, {0.15, cloth}, {1, mix(cloth, kInk, 0.8f)}});
@@ -218,7 +218,7 @@ constexpr PictureEntry kPictures[] = {
     {"film/pelmet.png", PngColour::Rgba, paintPelmet},
     {"film/Neon-bulbs-odd.png", PngColour::Rgba, paintBulbsOdd},
     {"film/Neon-bulbs-even.png", PngColour::Rgba, paintBulbsEven},
-    {"film/Neon-the-end.png", PngColour::Rgba, paintTheEnd},
+    {"film/Neon-intermission.png", PngColour::Rgba, paintIntermission},
     {"film/Neon-exit.png", PngColour::Rgba, paintExit},
     {"film/seats-far.png", PngColour::Rgba, paintSeatsFar},
     {"film/seats-middle.png", PngColour::Rgba, paintSeatsMiddle},

@@ -132,7 +132,7 @@ Layer paintBeam() {
         const float core = std::exp(-off * off * 2.2f) * (1 - smoothstep(0.8f, 1.25f, off));
         const float fade = std::exp(-px / 330) * (1 - smoothstep(700, 960, px));
         const float smoke = 0.8f + 0.4f * fractalNoise(px / 120, static_cast<float>(y) / 60, 3, 21);
-        return hexColour(0xfff0cc) * (0.9f * core * fade * smoke);
+        return hexColour(0xfff0cc) * (1.25f * core * fade * smoke);
     });
     return layer;
 }

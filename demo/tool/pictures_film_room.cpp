@@ -261,17 +261,17 @@ Layer paintLights() {
 
 Layer paintPlant() {
     return softened(
-        drawnLayer(520, 900,
+        drawnLayer(640, 900,
                    [](Pen& pen) {
                        Random random(40);
                        pen.flat(hexColour(0x04060c));
                        for (int i = 0; i < 15; ++i) {
                            const double lean = (i - 6) * 34.0,
                                         top = 120 + std::fabs(lean) * 0.9 + random.range(-30, 60);
-                           pen.curve({{180, 900}, {180 + lean * 0.4, 560}, {180 + lean, top}}, 8);
+                           pen.curve({{290, 900}, {290 + lean * 0.4, 560}, {290 + lean, top}}, 8);
                            for (int leaf = 0; leaf < 12; ++leaf) {
                                const double share = 0.35 + leaf * 0.055,
-                                            x = 180 + lean * share * share * 1.05,
+                                            x = 290 + lean * share * share * 1.05,
                                             y = 900 - (900 - top) * share;
                                for (const double side : {-1.0, 1.0})
                                    pen.blob({{x, y},

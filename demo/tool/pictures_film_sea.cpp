@@ -32,7 +32,12 @@ Layer wave(const Wave& look) {
         const double base = std::sin(turn * cycles) * 0.6 +
                             std::sin(turn * (cycles * 2 + 1) + look.seed) * 0.22 +
                             std::sin(turn * (cycles - 2) + look.seed * 2) * 0.35;
-        return look.rise * (1.25 - base);
+        // Steeper crests than troughs, and small waves on the large ones.
+        const double steep = base - 0.25 * std::cos(2 * turn * cycles) * std::fabs(base);
+        const double chop =
+            gradientNoise(static_cast<float>(x) / 16, 0.5f, look.seed, {100, 0}) * 0.16 +
+            gradientNoise(static_cast<float>(x) / 40, 0.5f, look.seed + 1, {40, 0}) * 0.22;
+        return look.rise * (1.5 - steep - chop);
     };
     Layer layer(kWidth, look.height);
     Mask mask(kWidth, look.height);

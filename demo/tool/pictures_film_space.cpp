@@ -26,7 +26,7 @@ Layer paintNebula() {
     return layer;
 }
 
-// Many small stars, a few bright ones, on nothing.
+// Many small stars, a few bright ones, to be screened.
 Layer paintStars() {
     Layer layer(1500, 900);
     Random random(33);
@@ -72,8 +72,8 @@ Layer paintPlanet() {
                     cloud = fractalNoise(u / 240 + 5, v / 60, 5, 52);
         Colour colour =
             mix(hexColour(0x06112c), hexColour(0x101c2c), smoothstep(-0.02f, 0.06f, land));
-        const float people = smoothstep(0.02f, 0.25f, land) *
-                             smoothstep(0.05f, 0.42f, fractalNoise(u / 70, v / 34, 4, 60)) *
+        const float people = smoothstep(-0.02f, 0.14f, land) *
+                             smoothstep(-0.08f, 0.34f, fractalNoise(u / 70, v / 34, 4, 60)) *
                              smoothstep(0.0f, 0.45f, fractalNoise(u / 7, v / 5, 2, 70) + 0.12f);
         colour = colour + hexColour(0xffb858) * (people * 1.7f);
         colour = mix(colour, hexColour(0x3a5488), 0.75f * smoothstep(0.08f, 0.5f, cloud));
@@ -186,7 +186,7 @@ Layer paintMeteor() {
 
 constexpr PictureEntry kPictures[] = {
     {"film/nebula.png", PngColour::Rgb, paintNebula},
-    {"film/stars.png", PngColour::Rgba, paintStars},
+    {"film/stars.png", PngColour::Rgb, paintStars},
     {"film/planet.png", PngColour::Rgba, paintPlanet},
     {"film/sun-rim.png", PngColour::Rgb, paintSunRim},
     {"film/aurora.png", PngColour::Rgb, paintAurora},
