@@ -14,13 +14,13 @@ constexpr float kCutSeconds = 1.0f / 120.0f;
 
 // What runs on the screens of the film.
 std::string LivePicture(DemoBuilder& demo, float start, float stop) {
-    const std::string plasma = demo.add("Silk Plasma");
-    demo.set(plasma, "Scale", 0.8f);
-    const std::string kaleidoscope = demo.add("Kaleidoscope", {plasma});
-    demo.set(kaleidoscope, "Segments", 6);
-    demo.animate(kaleidoscope, "Rotation", {{start, 0}, {stop, 240, kKeyLinear}});
-    demo.pulse(kaleidoscope, "Pulse", start, stop, 0.5f, 0.0f, 0.8f);
-    return kaleidoscope;
+    const std::string tunnel = demo.add("Ring Tunnel");
+    demo.set(tunnel, "Speed", 0.0f);
+    demo.set(tunnel, "AutoPulse", 0.0f);
+    demo.animate(tunnel, "Travel", {{start, 0}, {stop, 48, kKeyLinear}});
+    demo.animate(tunnel, "Twist", {{start, -1.2f}, {stop, 1.6f}});
+    demo.pulse(tunnel, "Pulse", start, stop, 0.5f, 0.0f, 0.9f);
+    return tunnel;
 }
 
 // One value for each shot, with a step at every cut.

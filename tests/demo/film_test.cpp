@@ -171,7 +171,7 @@ float hiddenAt(const std::vector<Seen>& layers, std::size_t count, float x, floa
 // is the horizon.
 bool endsInAStraightEdge(const std::string& name) {
     return contains(name, "Screen-Mask") || contains(name, "room-glass") ||
-           contains(name, "curtain") || contains(name, "lake");
+           contains(name, "curtain") || contains(name, "lake") || contains(name, "Solid");
 }
 
 // The share of a picture's border that stands in the frame as a visible straight edge.
