@@ -1,6 +1,8 @@
 #include "demo/tool/demo_project.h"
 
-#include <utility>
+#include <span>
+#include <string>
+#include <vector>
 
 #include "core/engine.h"
 #include "demo/tool/demo_builder.h"
@@ -8,24 +10,65 @@
 
 namespace {
 
-using Scene = std::string (*)(DemoBuilder&);
+using namespace demo_scenes;
 
-// The scenes and the second from which each is on show: the starts of the music's sections, and
-// the middle of the long ones.
-constexpr std::pair<float, Scene> kScenes[] = {
-    {0.0f, demo_scenes::Title},           {16.0f, demo_scenes::Corridor},
-    {32.0f, demo_scenes::Skyline},        {48.0f, demo_scenes::Tunnel},
-    {64.0f, demo_scenes::NorthernLights}, {80.0f, demo_scenes::Temple},
-    {112.0f, demo_scenes::Bridge},        {144.0f, demo_scenes::Grid},
-    {160.0f, demo_scenes::Climax},        {208.0f, demo_scenes::Ending},
+// A scene and the second from which it is on show.
+struct Cut {
+    float start;
+    Scene scene;
 };
+
+constexpr float kEnd = 230.0f;
+constexpr Cut kIntro[] = {{0.0f, Title}};
+constexpr Cut kBuild[] = {{16.0f, Corridor}, {24.0f, Skyline}};
+constexpr Cut kMainA[] = {{32.0f, Tunnel}, {48.0f, Temple}};
+constexpr Cut kMainB[] = {
+    {96.0f, TileTunnel}, {100.0f, Mandala}, {104.0f, Truchet}, {108.0f, Cells}};
+constexpr Cut kBridge[] = {{132.0f, NorthernLights}, {136.0f, Lights}, {140.0f, Trail}};
+constexpr Cut kClimax[] = {{160.0f, MeltingCity}, {164.0f, Grid}};
+constexpr Cut kOutro[] = {{208.0f, Ending}};
+// A section of the music each; every one but the first begins where its first scene does.
+constexpr std::span<const Cut> kSections[] = {kIntro,  kBuild,  kMainA, kMainB,
+                                              kBridge, kClimax, kOutro};
+
+// Shows every picture from its second on. A sequencer has ten ports.
+std::string Sequence(DemoBuilder& demo,
+                     const std::vector<std::pair<float, std::string>>& pictures) {
+    const std::string sequencer = demo.add("Sequencer");
+    int port = 0;
+    for (const auto& [seconds, picture] : pictures) {
+        demo.link(picture, sequencer, port);
+        demo.setText(sequencer, ("Start 0" + std::to_string(port)).c_str(),
+                     std::to_string(static_cast<int>(seconds * 1000.0f)));
+        ++port;
+    }
+    return sequencer;
+}
+
+std::string Section(DemoBuilder& demo, std::span<const Cut> cuts, float stop) {
+    std::vector<std::pair<float, std::string>> pictures;
+    for (std::size_t i = 0; i < cuts.size(); ++i) {
+        const float next = i + 1 < cuts.size() ? cuts[i + 1].start : stop;
+        pictures.emplace_back(cuts[i].start, cuts[i].scene(demo, cuts[i].start, next));
+    }
+    return pictures.size() == 1 ? pictures.front().second : Sequence(demo, pictures);
+}
+
+std::string WholeDemo(DemoBuilder& demo) {
+    std::vector<std::pair<float, std::string>> sections;
+    for (std::size_t i = 0; i < std::size(kSections); ++i) {
+        const float next = i + 1 < std::size(kSections) ? kSections[i + 1].front().start : kEnd;
+        sections.emplace_back(kSections[i].front().start, Section(demo, kSections[i], next));
+    }
+    return Sequence(demo, sections);
+}
 
 void SetProject(Engine& engine) {
     engine.projectName = "demo";
     engine.projectFolder = ".";
     engine.musicFile = ".\\data\\music.ogg";
     engine.dataFolder = ".\\data\\";
-    engine.lengthText = "230";
+    engine.lengthText = std::to_string(static_cast<int>(kEnd));
 }
 
 }  // namespace
@@ -33,15 +76,7 @@ void SetProject(Engine& engine) {
 std::vector<std::string> BuildDemoProject(Engine& engine) {
     SetProject(engine);
     DemoBuilder demo(engine);
-    const std::string sequencer = demo.add("Sequencer");
-    int port = 0;
-    for (const auto& [seconds, scene] : kScenes) {
-        demo.link(scene(demo), sequencer, port);
-        demo.setText(sequencer, ("Start 0" + std::to_string(port)).c_str(),
-                     std::to_string(static_cast<int>(seconds * 1000.0f)));
-        ++port;
-    }
-    const std::string punch = demo.add("Beat Punch", {sequencer});
+    const std::string punch = demo.add("Beat Punch", {WholeDemo(demo)});
     demo.set(punch, "AutoPulse", 0.0f);
     demo.animate(punch, "Pulse", {{0, 0}});
     const std::string finish = demo.add("Film Finish", {punch});

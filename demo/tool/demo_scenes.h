@@ -1,6 +1,6 @@
 // The scenes of the shipped demo, each a chain of nodes that ends in one picture. Every function
-// returns the id of that picture's node. Times are seconds on the music's grid: a beat is half a
-// second, a bar two.
+// returns the id of that picture's node. A scene is on show from `start` to `stop`, in seconds of
+// the demo, and sets its keys from these two. A beat is half a second, a bar two.
 #pragma once
 
 #include <string>
@@ -10,18 +10,30 @@
 
 namespace demo_scenes {
 
-std::string Title(DemoBuilder& demo);           // 0 to 16
-std::string Corridor(DemoBuilder& demo);        // 16 to 32
-std::string Skyline(DemoBuilder& demo);         // 32 to 48
-std::string Tunnel(DemoBuilder& demo);          // 48 to 64
-std::string NorthernLights(DemoBuilder& demo);  // 64 to 80
-std::string Temple(DemoBuilder& demo);          // 80 to 112
-std::string Bridge(DemoBuilder& demo);          // 112 to 144
-std::string Grid(DemoBuilder& demo);            // 144 to 160
-std::string Climax(DemoBuilder& demo);          // 160 to 208
-std::string Ending(DemoBuilder& demo);          // 208 to 230
+using Scene = std::string (*)(DemoBuilder& demo, float start, float stop);
 
-// The film of layered pictures: 32 seconds from `start` on, a bar of the music.
+// --- flights and places
+
+std::string Title(DemoBuilder& demo, float start, float stop);
+std::string Corridor(DemoBuilder& demo, float start, float stop);
+std::string Skyline(DemoBuilder& demo, float start, float stop);
+std::string Tunnel(DemoBuilder& demo, float start, float stop);
+std::string Temple(DemoBuilder& demo, float start, float stop);
+std::string NorthernLights(DemoBuilder& demo, float start, float stop);
+std::string Ending(DemoBuilder& demo, float start, float stop);
+
+// --- short cuts
+
+std::string TileTunnel(DemoBuilder& demo, float start, float stop);
+std::string Mandala(DemoBuilder& demo, float start, float stop);
+std::string Truchet(DemoBuilder& demo, float start, float stop);
+std::string Cells(DemoBuilder& demo, float start, float stop);
+std::string Lights(DemoBuilder& demo, float start, float stop);
+std::string Trail(DemoBuilder& demo, float start, float stop);
+std::string MeltingCity(DemoBuilder& demo, float start, float stop);
+std::string Grid(DemoBuilder& demo, float start, float stop);
+
+// The film of layered pictures, which lasts 32 seconds; `start` is a bar of the music.
 std::string Film(DemoBuilder& demo, float start, float stop);
 
 // --- what several scenes share

@@ -146,7 +146,8 @@ std::size_t AnimationPlayer::collectLeavers(float timeSeconds) {
     const float* ends = segments_.ends.data();
     std::uint32_t* leaves = leaves_.data();
     for (std::size_t i = 0; i < trackCount; ++i) {
-        leaves[i] = (timeSeconds >= starts[i]) & (timeSeconds < ends[i]) ? 0u : 1u;
+        const bool holds = (timeSeconds >= starts[i]) & (timeSeconds < ends[i]);
+        leaves[i] = holds ? 0u : 1u;
     }
     std::size_t count = 0;
     for (std::size_t i = 0; i < trackCount; ++i) {

@@ -15,11 +15,13 @@ class GeometryNode : public Node {
     using Node::Node;
     int getType() const override { return kGeometryNode; }
 
+    static bool isGeometrySource(const Node* source) {
+        return source != nullptr && source->getType() == kGeometryNode;
+    }
     // The geometry node on a port, or null.
     const GeometryNode* geometryInput(int port) const {
         const Node* source = getInput(port);
-        const bool fits = source != nullptr && source->getType() == kGeometryNode;
-        return fits ? static_cast<const GeometryNode*>(source) : nullptr;
+        return isGeometrySource(source) ? static_cast<const GeometryNode*>(source) : nullptr;
     }
     void AppendObject(const GeometryObject& object) { objects.push_back(object); }
     void ClearObjects() { objects.clear(); }

@@ -38,7 +38,7 @@ GeometryNode_CombineGeometry::GeometryNode_CombineGeometry(Engine* owner, const 
 }
 
 bool GeometryNode_CombineGeometry::canConnect(int, const Node* source) const {
-    return source != nullptr && source->getType() == kGeometryNode;
+    return isGeometrySource(source);
 }
 
 bool GeometryNode_CombineGeometry::process() {
@@ -47,7 +47,8 @@ bool GeometryNode_CombineGeometry::process() {
     material = nullptr;
     for (int port = 0; port < kInputs; ++port) {
         const GeometryNode* input = geometryInput(port);
-        // A node that waits for this one has nothing to give yet.
+        // In a cycle an input may hold the objects that this node gave it: they would be taken
+        // again in every frame.
         if (input == nullptr || input == this || input->isRunning()) continue;
         takeObjects(*input);
         if (material == nullptr) material = input->material;
@@ -58,7 +59,7 @@ bool GeometryNode_CombineGeometry::process() {
 
 void GeometryNode_CombineGeometry::takeObjects(const GeometryNode& input) {
     for (const GeometryObject& object : input.objects) {
-        if (objects.size() == kMostObjects) return;
+        if (objects.size() == kMaxObjects) return;
         AppendObject(object);
         GeometryObject& copy = objects.back();
         Mat4Multiply(input.transform, copy.transform, object.transform);
@@ -67,11 +68,11 @@ void GeometryNode_CombineGeometry::takeObjects(const GeometryNode& input) {
 }
 
 void GeometryNode_CombineGeometry::composeTransform() {
-    const Vec3 place = {Rescaled(translateFactor, translate.x, translateOffset[0]),
-                        Rescaled(translateFactor, translate.y, translateOffset[1]),
-                        Rescaled(translateFactor, translate.z, translateOffset[2])};
-    const Vec3 turn = {Rescaled(rotateFactor[0], rotate.x, rotateOffset[0]),
-                       Rescaled(rotateFactor[1], rotate.y, rotateOffset[1]),
-                       Rescaled(rotateFactor[2], rotate.z, rotateOffset[2])};
-    Mat4ComposeTRS(transform, place, turn, scale);
+    const Vec3 translation = {Rescaled(translateFactor, translate.x, translateOffset[0]),
+                              Rescaled(translateFactor, translate.y, translateOffset[1]),
+                              Rescaled(translateFactor, translate.z, translateOffset[2])};
+    const Vec3 rotation = {Rescaled(rotateFactor[0], rotate.x, rotateOffset[0]),
+                           Rescaled(rotateFactor[1], rotate.y, rotateOffset[1]),
+                           Rescaled(rotateFactor[2], rotate.z, rotateOffset[2])};
+    Mat4ComposeTRS(transform, translation, rotation, scale);
 }

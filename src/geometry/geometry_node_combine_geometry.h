@@ -12,8 +12,9 @@
 class GeometryNode_CombineGeometry : public GeometryNode {
   public:
     static constexpr int kInputs = 6;
-    // Nodes that feed each other on many ports would multiply their objects without end.
-    static constexpr std::size_t kMostObjects = std::size_t{1} << 17;
+    // As many as six rains of models hold. Nodes that feed each other on many ports would multiply
+    // their objects without end.
+    static constexpr std::size_t kMaxObjects = 600000;
 
     GeometryNode_CombineGeometry(Engine* owner, const std::string& nodeId);
 

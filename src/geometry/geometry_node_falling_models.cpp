@@ -33,7 +33,7 @@ GeometryNode_FallingModels::GeometryNode_FallingModels(Engine* owner, const std:
 }
 
 bool GeometryNode_FallingModels::canConnect(int, const Node* source) const {
-    return source != nullptr && source->getType() == kGeometryNode;
+    return isGeometrySource(source);
 }
 
 std::size_t GeometryNode_FallingModels::wantedCount() const {

@@ -10,39 +10,40 @@
 
 namespace {
 
-struct Span {
+// Seconds of the capture's clock in which the hand draws.
+struct DrawSpan {
     float startSeconds, stopSeconds;
 };
 
-constexpr Span kSpans[] = {{171.679f, 173.046f}, {175.746f, 177.146f}, {179.246f, 181.546f},
-                           {183.146f, 184.847f}, {188.626f, 190.426f}, {191.526f, 192.926f},
-                           {194.193f, 195.093f}, {197.127f, 198.661f}};
+constexpr DrawSpan kSpans[] = {{171.679f, 173.046f}, {175.746f, 177.146f}, {179.246f, 181.546f},
+                               {183.146f, 184.847f}, {188.626f, 190.426f}, {191.526f, 192.926f},
+                               {194.193f, 195.093f}, {197.127f, 198.661f}};
 constexpr int kSpanCount = static_cast<int>(std::size(kSpans));
 
 // The spans from number `from` up to, and without, number `to`, as texts.
-std::span<const Span> ChosenSpans(const std::string& from, const std::string& to) {
+std::span<const DrawSpan> ChosenSpans(const std::string& from, const std::string& to) {
     const int first = std::clamp(std::atoi(from.c_str()), 0, kSpanCount);
     const int end = std::clamp(std::atoi(to.c_str()), first, kSpanCount);
     return std::span(kSpans).subspan(static_cast<std::size_t>(first),
                                      static_cast<std::size_t>(end - first));
 }
 
-bool LiesInOne(std::span<const Span> spans, float timeSeconds) {
-    return std::any_of(spans.begin(), spans.end(), [=](const Span& span) {
+bool LiesInASpan(std::span<const DrawSpan> spans, float timeSeconds) {
+    return std::any_of(spans.begin(), spans.end(), [=](const DrawSpan& span) {
         return span.startSeconds <= timeSeconds && timeSeconds <= span.stopSeconds;
     });
 }
 
 // Two triangles in the x-y plane around each point.
 std::vector<MeshVertex> SquaresAround(std::span<const Vec3> points) {
-    constexpr float h = 0.01f;  // half a side
+    constexpr float kHalfSide = 0.01f;
     constexpr float kCorners[6][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 0}, {1, 1}, {0, 1}};
     std::vector<MeshVertex> vertices;
     vertices.reserve(points.size() * std::size(kCorners));
     for (const Vec3& p : points) {
         for (const auto& [u, v] : kCorners) {
-            const float x = u > 0 ? p.x + h : p.x - h;
-            const float y = v > 0 ? p.y - h : p.y + h;
+            const float x = u > 0 ? p.x + kHalfSide : p.x - kHalfSide;
+            const float y = v > 0 ? p.y - kHalfSide : p.y + kHalfSide;
             vertices.push_back({{x, y, p.z}, {0, 0, 1}, {u, v}});
         }
     }
@@ -85,11 +86,11 @@ std::vector<Vec3> GeometryNode_HandLine::sampleHand(const GeometryNode_KinectMod
     });
     std::vector<Vec3> points;
     if (hand == limbs.end()) return points;
-    const std::span<const Span> spans = ChosenSpans(from, to);
+    const std::span<const DrawSpan> spans = ChosenSpans(from, to);
     const double startSeconds = std::atof(source.startTime.c_str());
     for (int step = 1; step <= kSteps; ++step) {
         const auto seconds = static_cast<float>(step * kStepSeconds - startSeconds);
-        if (!LiesInOne(spans, seconds)) continue;
+        if (!LiesInASpan(spans, seconds)) continue;
         source.pose(seconds, std::span(&*hand, 1));
         const Mat4& matrix = hand->transform;
         points.push_back({matrix[12], matrix[13], matrix[14]});

@@ -13,7 +13,7 @@ class GeometryNode_KinectModel;
 
 class GeometryNode_HandLine : public GeometryNode {
   public:
-    // The line has this many samples from `timeSeconds` on.
+    // The line has this many samples after `timeSeconds`.
     struct Growth {
         float timeSeconds;
         int sampleCount;
@@ -34,7 +34,7 @@ class GeometryNode_HandLine : public GeometryNode {
     const GeometryNode_KinectModel* connectedPuppet() const;
     bool isStale(const GeometryNode_KinectModel* source) const;
     void rebuild(const GeometryNode_KinectModel* source);
-    std::vector<Vec3> sampleHand(const GeometryNode_KinectModel& source);
+    std::vector<Vec3> sampleHand(const GeometryNode_KinectModel& source);  // also fills growth
     int samplesBefore(float timeSeconds) const;
 
     std::string builtFrom_, builtTo_;

@@ -43,7 +43,7 @@ void GeometryNode_ObjReader::prepareLoad(TaskPool& pool) {
     ahead_ = pool.run([name = filename, wanted = flags()] { return readModel(name, wanted); });
 }
 
-// The model that was read ahead, if it is the one that is wanted now.
+// The model that was read ahead if it is the one that is wanted now, else read here.
 GeometryNode_ObjReader::Model GeometryNode_ObjReader::takeModel() {
     if (ahead_.valid()) {
         Model model = ahead_.get();

@@ -1,6 +1,6 @@
 // Loads an OBJ file, one drawable object for each object in it, moved as a whole. The file is read
-// again when its name or one of the flags changes, within process. Type name "ObjReader". Main
-// thread, with the OpenGL context.
+// again when its name or one of the flags changes, within process; in the load pass other threads
+// have read it ahead. Type name "ObjReader". Main thread, with the OpenGL context.
 #pragma once
 
 #include <cstdint>

@@ -6,15 +6,11 @@
 #include "core/engine.h"
 #include "core/image_node.h"
 #include "core/random.h"
+#include "geometry/material_node.h"
 
 namespace {
 
 enum Port { kModel = 0, kIlluminationImage = 1, kDiffuseImage = 2, kPorts = 3 };
-
-void TakeImage(const Node* source, std::shared_ptr<GL_Image>& image) {
-    if (!ImageNode::isImageSource(source)) return;
-    image = static_cast<const ImageNode*>(source)->images[0];
-}
 
 }  // namespace
 
@@ -39,7 +35,7 @@ GeometryNode_RandomizeMaterial::GeometryNode_RandomizeMaterial(Engine* owner,
 }
 
 bool GeometryNode_RandomizeMaterial::canConnect(int port, const Node* source) const {
-    if (port == kModel) return source != nullptr && source->getType() == kGeometryNode;
+    if (port == kModel) return isGeometrySource(source);
     return (port == kIlluminationImage || port == kDiffuseImage) &&
            ImageNode::isImageSource(source);
 }
@@ -54,16 +50,15 @@ bool GeometryNode_RandomizeMaterial::process() {
     return true;
 }
 
-// A cut link leaves the picture that was there.
 void GeometryNode_RandomizeMaterial::takeImages() {
-    TakeImage(getInput(kIlluminationImage), materialTemplate.illuminationImage);
-    TakeImage(getInput(kDiffuseImage), materialTemplate.diffuseImage);
+    TakeMaterialImage(*this, kIlluminationImage, materialTemplate.illuminationImage);
+    TakeMaterialImage(*this, kDiffuseImage, materialTemplate.diffuseImage);
 }
 
 // The number of entries is text that anybody may have written.
 void GeometryNode_RandomizeMaterial::resizeTable() {
     const long wanted = std::max(std::strtol(count.c_str(), nullptr, 10), 0L);
-    const std::size_t size = std::min(static_cast<std::size_t>(wanted), kMostMaterials);
+    const std::size_t size = std::min(static_cast<std::size_t>(wanted), kMaxMaterials);
     const std::size_t before = materials.size();
     materials.resize(size);
     for (std::size_t i = before; i < size; ++i) materials[i] = std::make_shared<MaterialData>();
@@ -79,8 +74,8 @@ void GeometryNode_RandomizeMaterial::vary(MaterialData& entry) const {
     entry = materialTemplate;
     entry.diffuse = 1.0f;
     VaryColour(entry, variation);
-    const float lot = static_cast<float>(Random::next() % 1000) / 1000.0f;
-    const float on = illuminatedShare > lot ? 1.0f : 0.0f;
+    const float draw = static_cast<float>(Random::next() % 1000) / 1000.0f;
+    const float on = illuminatedShare > draw ? 1.0f : 0.0f;
     entry.illumination *= on * illumination;
     entry.refFresnel *= fresnel;
     entry.reflection *= reflection;
@@ -89,11 +84,11 @@ void GeometryNode_RandomizeMaterial::vary(MaterialData& entry) const {
 void GeometryNode_RandomizeMaterial::takeObjects(const GeometryNode& source) {
     objects = source.objects;
     for (std::size_t i = 0; i < objects.size(); ++i) {
-        auto& worn = objects[i].material;
+        auto& objectMaterial = objects[i].material;
         if (!materials.empty()) {
-            worn = materials[i % materials.size()];
-        } else if (worn == nullptr) {
-            worn = source.material;
+            objectMaterial = materials[i % materials.size()];
+        } else if (objectMaterial == nullptr) {
+            objectMaterial = source.material;
         }
     }
     transform = source.transform;

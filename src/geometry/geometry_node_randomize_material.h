@@ -12,7 +12,8 @@
 
 class GeometryNode_RandomizeMaterial : public GeometryNode {
   public:
-    static constexpr std::size_t kMostMaterials = std::size_t{1} << 17;
+    // "Count" is text that anybody may have written.
+    static constexpr std::size_t kMaxMaterials = std::size_t{1} << 17;
 
     GeometryNode_RandomizeMaterial(Engine* owner, const std::string& nodeId);
 

@@ -2,6 +2,7 @@
 
 #include "core/engine.h"
 #include "core/image_node.h"
+#include "geometry/material_node.h"
 
 GeometryNode_ScreenEffectKinect::GeometryNode_ScreenEffectKinect(Engine* owner,
                                                                  const std::string& nodeId)
@@ -25,20 +26,13 @@ GeometryNode_ScreenEffectKinect::GeometryNode_ScreenEffectKinect(Engine* owner,
 }
 
 bool GeometryNode_ScreenEffectKinect::canConnect(int port, const Node* source) const {
-    if (source == nullptr) return false;
-    if (port == 0) return source->getType() == kGeometryNode;
+    if (port == 0) return isGeometrySource(source);
     return (port == 1 || port == 2) && ImageNode::isImageSource(source);
 }
 
-// An emptied port leaves the picture that was there.
 void GeometryNode_ScreenEffectKinect::takeImages() {
-    std::shared_ptr<GL_Image>* const links[2] = {&materialTemplate.illuminationImage,
-                                                 &materialTemplate.diffuseImage};
-    for (int port = 1; port <= 2; ++port) {
-        const Node* source = getInput(port);
-        if (!ImageNode::isImageSource(source)) continue;
-        *links[port - 1] = static_cast<const ImageNode*>(source)->images[0];
-    }
+    TakeMaterialImage(*this, 1, materialTemplate.illuminationImage);
+    TakeMaterialImage(*this, 2, materialTemplate.diffuseImage);
 }
 
 void GeometryNode_ScreenEffectKinect::fillMaterials() {

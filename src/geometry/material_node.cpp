@@ -19,16 +19,15 @@ bool MaterialNode::canConnect(int port, const Node* source) const {
     return (port == 0 || port == 1) && ImageNode::isImageSource(source);
 }
 
-// A cut link leaves the picture that was there.
 bool MaterialNode::process() {
-    std::shared_ptr<GL_Image>* const images[2] = {&data->diffuseImage, &data->illuminationImage};
-    for (int port = 0; port < 2; ++port) {
-        const Node* source = getInput(port);
-        if (ImageNode::isImageSource(source)) {
-            *images[port] = static_cast<const ImageNode*>(source)->images[0];
-        }
-    }
+    TakeMaterialImage(*this, 0, data->diffuseImage);
+    TakeMaterialImage(*this, 1, data->illuminationImage);
     return true;
+}
+
+void TakeMaterialImage(const Node& node, int port, std::shared_ptr<GL_Image>& image) {
+    const Node* source = node.getInput(port);
+    if (ImageNode::isImageSource(source)) image = static_cast<const ImageNode*>(source)->images[0];
 }
 
 std::shared_ptr<MaterialData> MaterialInput(const Node& node, int port) {

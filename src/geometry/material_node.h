@@ -24,3 +24,6 @@ inline bool IsMaterialSource(const Node* source) {
 
 // The surface that is connected to a node's port, or null.
 std::shared_ptr<MaterialData> MaterialInput(const Node& node, int port);
+
+// Stores the picture that is connected to a node's port. A cut link leaves the one that was there.
+void TakeMaterialImage(const Node& node, int port, std::shared_ptr<GL_Image>& image);

@@ -47,23 +47,26 @@ struct LimbAxes {
 LimbAxes Carry(const LimbAxes& axes, const Vec3& along) {
     const float cosine = Dot(axes.along, along);
     // Folded back on itself there is no smallest turn; a hinge turns about the side axis.
-    if (cosine < -0.99999f) return {along, -axes.front};
+    constexpr float kFoldedBack = -0.99999f;
+    if (cosine < kFoldedBack) return {along, -axes.front};
     const Vec3 turned = axes.front - (axes.along + along) * (Dot(along, axes.front) / (1 + cosine));
     return {along, Direction(SquareTo(along, turned), axes.front)};
 }
 
 // The axes of a part of the trunk: down it, and to its front. `across`: to the dancer's right.
 LimbAxes TrunkAxes(const Vec3& across, const Vec3& down, const Vec3& spareDown) {
+    constexpr float kTooShort = 1e-3f;
+    constexpr Vec3 kSomeDirection = {0.6f, 0.8f, 0};
     Vec3 along = SquareTo(across, down);
-    if (Length(along) < 1e-3f) along = SquareTo(across, spareDown);
-    if (Length(along) < 1e-3f) along = SquareTo(across, {0.6f, 0.8f, 0});
+    if (Length(along) < kTooShort) along = SquareTo(across, spareDown);
+    if (Length(along) < kTooShort) along = SquareTo(across, kSomeDirection);
     along = Direction(along, {0, -1, 0});
     return {along, Direction(Vec3Cross(across, along), {0, 0, -1})};
 }
 
 struct LimbPlace {
     LimbAxes axes;
-    Vec3 a, b;  // where the limb's upper and lower end lie
+    Vec3 a, b;  // where the joints A and B lie
 };
 
 // All limbs of one pose.
@@ -206,11 +209,11 @@ float OffsetOf(const PuppetShape& shape, LimbKind kind) {
     return 0;
 }
 
-// How far down the model these limbs are moved, in the model's own units.
-float PivotDrop(LimbKind kind) {
-    const bool drops = kind == LimbKind::kTorso || kind == LimbKind::kRightUpperArm ||
-                       kind == LimbKind::kLeftUpperArm;
-    return drops ? 0.115f : 0.0f;
+// Limbs that are moved down the model, by so much in the model's own units.
+constexpr float kPivotDrop = 0.115f;
+bool HasLoweredPivot(LimbKind kind) {
+    return kind == LimbKind::kTorso || kind == LimbKind::kRightUpperArm ||
+           kind == LimbKind::kLeftUpperArm;
 }
 
 // What is done to the model before it is laid along a limb: its pivot, then a quarter turn back
@@ -243,7 +246,7 @@ void PoseLimbs(const Skeleton& skeleton, const PuppetShape& shape, std::span<Pup
     const Body body(skeleton);
     const float scale = LimbScale(shape.jointScale);
     const Mat4 model = ModelMatrix(scale, 0);
-    const Mat4 droppedModel = ModelMatrix(scale, PivotDrop(LimbKind::kTorso));
+    const Mat4 droppedModel = ModelMatrix(scale, kPivotDrop);
     for (PuppetLimb& limb : limbs) {
         const LimbPlace& place = body.at(limb.kind);
         const Vec3 y = place.a - place.b;
@@ -253,6 +256,6 @@ void PoseLimbs(const Skeleton& skeleton, const PuppetShape& shape, std::span<Pup
         lay[12] = pivot.x;
         lay[13] = pivot.y;
         lay[14] = pivot.z;
-        Mat4Multiply(lay, limb.transform, PivotDrop(limb.kind) > 0 ? droppedModel : model);
+        Mat4Multiply(lay, limb.transform, HasLoweredPivot(limb.kind) ? droppedModel : model);
     }
 }

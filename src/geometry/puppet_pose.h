@@ -37,7 +37,7 @@ enum class LimbKind : int {
 // An object of the model that hangs on the skeleton.
 struct PuppetLimb {
     LimbKind kind = LimbKind::kHead;
-    JointType jointA = kSpineBase, jointB = kSpineBase;  // the torso and the pelvis use others
+    JointType jointA = kSpineBase, jointB = kSpineBase;  // the torso and the pelvis have none
     std::size_t object = 0;                              // index in the node's objects
     Mat4 transform;                                      // from the object to the skeleton's space
 };

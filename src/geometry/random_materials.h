@@ -13,8 +13,8 @@ struct MaterialVariation {
 // Starts the random numbers at the whole part of the seed.
 void SeedMaterials(float seed);
 
-// How much a channel loses, 0 to `amount`: a triangle wave that runs with the phase from a place
-// that the random number gives.
+// How much a channel loses, 0 to `amount` while the phase is not negative: a triangle wave that
+// runs with the phase from a place that the random number gives.
 float Drift(int random, float phase, float amount);
 
 // Varies `illumColor`. Draws four random numbers, one for each channel and one that is dropped.

@@ -14,8 +14,8 @@ namespace {
 // Nine indices from 1 as they stand in the file: v, vt and vn of three corners.
 using Triangle = std::array<std::int32_t, 9>;
 
-// A list that grows without moving what it holds: much of the time that a large file takes goes
-// into fresh memory.
+// A list that grows without moving what it holds. A vector would touch twice the fresh memory, and
+// that is much of the time that a large file takes.
 class TriangleList {
   public:
     Triangle& append() {
@@ -35,7 +35,7 @@ class TriangleList {
 };
 
 // Triangles that follow each other, all of one object.
-struct Span {
+struct TriangleSpan {
     std::size_t first, last;
 };
 
@@ -43,7 +43,7 @@ struct ObjContent {
     std::vector<Vec3> positions, normals;
     std::vector<Vec2> uvs;
     TriangleList triangles;
-    OrderedMap<std::string, std::vector<Span>> objects;
+    OrderedMap<std::string, std::vector<TriangleSpan>> objects;
 };
 
 Vec3 ReadVec3(ObjText& text) {
@@ -109,7 +109,8 @@ class ObjParser {
     void readTriangle() {
         auto& triangles = content.triangles;
         if (span_ == nullptr) {
-            span_ = &content.objects[name_].emplace_back(Span{triangles.size(), triangles.size()});
+            span_ = &content.objects[name_].emplace_back(
+                TriangleSpan{triangles.size(), triangles.size()});
         }
         Triangle& triangle = triangles.append();
         text_.readCharacter();
@@ -122,7 +123,7 @@ class ObjParser {
 
     ObjText text_;
     std::string name_ = "default";
-    Span* span_ = nullptr;  // of the present object, once it has a triangle since its "o"
+    TriangleSpan* span_ = nullptr;  // of the present object, once it has a triangle since its "o"
 };
 
 struct Box {
@@ -172,7 +173,7 @@ bool IsInside(std::int32_t index, std::size_t size) {
     return index >= 1 && static_cast<std::size_t>(index) <= size;
 }
 
-bool IsWhole(const ObjContent& content, const Triangle& triangle) {
+bool IndicesAreInside(const ObjContent& content, const Triangle& triangle) {
     for (std::size_t i = 0; i < triangle.size(); i += 3) {
         if (!IsInside(triangle[i], content.positions.size())) return false;
         if (!content.uvs.empty() && !IsInside(triangle[i + 1], content.uvs.size())) return false;
@@ -201,22 +202,18 @@ std::size_t AppendObjects(const ObjContent& content, ObjObjects& objects) {
     for (const auto& [name, spans] : content.objects) {
         std::vector<MeshVertex> vertices;
         std::size_t triangles = 0;
-        for (const Span& span : spans) triangles += span.last - span.first;
+        for (const TriangleSpan& span : spans) triangles += span.last - span.first;
         vertices.reserve(triangles * 3);
-        for (const Span& span : spans) {
+        for (const TriangleSpan& span : spans) {
             for (std::size_t i = span.first; i < span.last; ++i) {
                 const Triangle& triangle = content.triangles[i];
-                if (IsWhole(content, triangle)) AppendTriangle(content, triangle, vertices);
+                if (IndicesAreInside(content, triangle))
+                    AppendTriangle(content, triangle, vertices);
             }
         }
         if (vertices.empty()) continue;
         kept += vertices.size() / 3;
-        auto& list = objects[name];
-        if (list.empty()) {
-            list = std::move(vertices);
-        } else {
-            list.insert(list.end(), vertices.begin(), vertices.end());
-        }
+        objects[name] = std::move(vertices);
     }
     return content.triangles.size() - kept;
 }
@@ -243,8 +240,8 @@ void RecentreObject(const std::string& name, std::vector<MeshVertex>& vertices) 
     for (MeshVertex& vertex : vertices) Subtract(vertex.position, centre);
 }
 
-// Cylindrical projection around y. The angle has no sign, so that both halves of the cylinder show
-// the same half of a picture: models are textured for that.
+// Cylindrical projection around y. The angle has no sign, a quirk that is kept: both halves of the
+// cylinder show the same half of a picture, and models are textured for that.
 void UnwrapObject(const std::string& name, std::vector<MeshVertex>& vertices) {
     constexpr float kPi = 3.1415927f, kTurn = 6.2831855f;
     Box box = BoxOf(vertices);

@@ -1,6 +1,6 @@
 // Reads Wavefront OBJ files: "v", "vn", "vt", "o", and triangles with all three indices. Files are
 // read word by word, as scanf reads them, so that whatever stands in them has a meaning; materials
-// and groups are not read. Depends on the vertex format; any thread, without OpenGL.
+// and groups are not read. Any thread, without OpenGL.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,8 @@
 #include "core/ordered_map.h"
 #include "gpu/mesh_buffers.h"
 
-enum ObjFlags : std::uint32_t {
+// Flags, to be combined.
+enum : std::uint32_t {
     kObjCentre = 1,           // the centre of all positions goes to the origin
     kObjNormalise = 2,        // the largest extent of all positions becomes 1
     kObjRecentreObjects = 4,  // each object's own centre goes to its origin

@@ -15,7 +15,7 @@ namespace {
 
 const GeometryNode* GeometryInput(const Node& node, int port) {
     const Node* source = node.getInput(port);
-    const bool fits = source != nullptr && source->getType() == kGeometryNode;
+    const bool fits = GeometryNode::isGeometrySource(source);
     return fits ? static_cast<const GeometryNode*>(source) : nullptr;
 }
 

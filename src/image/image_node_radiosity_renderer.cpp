@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/engine.h"
+#include "core/geometry_node.h"
 #include "core/node_pass.h"
 #include "gpu/embedded_shaders.h"
 #include "gpu/gl_framebuffer.h"
@@ -16,10 +17,10 @@
 
 namespace {
 
-constexpr long kMostGatherSamples = 4096;
+constexpr long kMaxGatherSamples = 4096;
 // A disc of 15 pixels at radius 1, the top of the slider. The work grows with its square, and a
 // project may hold any number.
-constexpr float kMostDofRadius = 4.0f;
+constexpr float kMaxDofRadius = 4.0f;
 
 std::unique_ptr<ShaderProgram> MakeGeometryProgram(const char* name, const std::string& fragment,
                                                    int outputs) {
@@ -61,7 +62,7 @@ void ClearTarget(const GL_FrameBuffer& target, float rgb, float a) {
 
 int GatherSampleCount(const std::string& text) {
     return static_cast<int>(
-        std::clamp(std::strtol(text.c_str(), nullptr, 10), 0L, kMostGatherSamples));
+        std::clamp(std::strtol(text.c_str(), nullptr, 10), 0L, kMaxGatherSamples));
 }
 
 ImageNode_RadiosityRenderer::ImageNode_RadiosityRenderer(Engine* owner, const std::string& nodeId)
@@ -175,11 +176,11 @@ bool ImageNode_RadiosityRenderer::canConnect(int port, const Node* source) const
     if (source == nullptr) return false;
     switch (port) {
         case kGeometryPort:
-            return source->getType() == kGeometryNode;
+            return GeometryNode::isGeometrySource(source);
         case kCameraPort:
             return source->getType() == kTransform3DNode;
         case kEnvironmentPort:
-            return source->getType() == kImageNode;
+            return isImageSource(source);
         default:
             return false;
     }
@@ -263,13 +264,13 @@ void ImageNode_RadiosityRenderer::compose() const {
 void ImageNode_RadiosityRenderer::blurByDepth() const {
     const NodePass pass(*this, "depth of field");
     dofShader->Use();
-    glUniform1f(dofLocations_.radius, std::min(dofRadius, kMostDofRadius));
+    glUniform1f(dofLocations_.radius, std::min(dofRadius, kMaxDofRadius));
     glUniform1f(dofLocations_.coc, dofCoC);
     glUniform1i(dofLocations_.skipNeutral, skipNeutralWork ? 1 : 0);
     composeBuffer->BindTexture(0, GL_TEXTURE0);
     prepareBuffer->BindTexture(kEyePosition, GL_TEXTURE1);
     dofBuffer->Fill();
     composeBuffer->UnbindTextures(GL_TEXTURE0);
-    composeBuffer->UnbindTextures(GL_TEXTURE1);
+    prepareBuffer->UnbindTextures(GL_TEXTURE0);
     ShaderProgram::Unuse();
 }

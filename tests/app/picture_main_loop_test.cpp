@@ -10,7 +10,6 @@
 
 #include "app/session.h"
 #include "platform/debug_output.h"
-#include "support/sanitizer.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -59,7 +58,6 @@ class MainLoop : public ::testing::Test {
         int exitCode = 0;
         session_ = Session::Start(WindowKind::Offscreen, reason, exitCode);
         ASSERT_NE(session_, nullptr) << reason;
-        KeepLibrariesLoaded();
         auto window = std::make_unique<ScriptedWindow>(std::move(session_->window));
         window_ = window.get();
         session_->window = std::move(window);

@@ -16,7 +16,6 @@
 #include "support/exr_files.h"
 #include "support/gl_fixture.h"
 #include "support/picture_files.h"
-#include "support/sanitizer.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -59,7 +58,6 @@ class ShotTest : public testing::Test {
         const DebugCapture silent;
         session = Session::Start(WindowKind::Offscreen, reason, exitCode);
         ASSERT_NE(session, nullptr) << reason;
-        KeepLibrariesLoaded();
         ASSERT_TRUE(session->engine->createNode("Viewer1", "Viewer"));
     }
     void TearDown() override { EXPECT_EQ(GlErrorCount(), 0u); }

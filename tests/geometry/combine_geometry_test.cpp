@@ -252,7 +252,7 @@ TEST_F(CombineGeometryTest, ALongChainOfDoubledLinksStaysBounded) {
     }
     run(*engine.findNode("chain23"));
     EXPECT_EQ(static_cast<const GeometryNode*>(last)->objects.size(),
-              GeometryNode_CombineGeometry::kMostObjects);
+              GeometryNode_CombineGeometry::kMaxObjects);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "core/engine.h"
 #include "core/random.h"
 #include "geometry/material_node.h"
+#include "support/parameter_table.h"
 
 namespace {
 
@@ -133,9 +134,7 @@ TEST_F(FallingModelsTest, DeclaresItsParametersInOrder) {
 }
 
 TEST_F(FallingModelsTest, BindsEachParameterToItsMember) {
-    const auto floatAt = [&](const char* name) {
-        return dynamic_cast<const ValueFloat&>(*engine.findValue(falling, name)).data;
-    };
+    const auto floatAt = [&](const char* name) { return FloatMember(engine, *falling, name); };
     EXPECT_EQ(floatAt("Time Offset"), &falling->timeOffset);
     EXPECT_EQ(floatAt("Time Alive"), &falling->timeAlive);
     EXPECT_EQ(floatAt("Area"), &falling->area);

@@ -70,9 +70,9 @@ class OrbitCameraTest : public GeometryTest {
         EXPECT_TRUE(run(node, time));
         const auto expected = camera.view(static_cast<double>(time));
         for (int i = 0; i < 16; ++i) {
-            // Angles of up to 100 radians are rounded to 4e-6, the wave makes up to 1.5 times as
-            // much of that, and the nearest eye of the test stands 0.5 away from its target; the
-            // offset is at most 10 long.
+            // Angles of up to 100 radians are rounded to 4e-6, the wave makes up to 1.75 times as
+            // much of that, and no eye of the test stands nearer than 2 to its target; the offset
+            // is at most 10 long.
             EXPECT_NEAR(static_cast<double>(node.matrix[i]), expected[static_cast<std::size_t>(i)],
                         2e-4)
                 << "element " << i << " at " << time;

@@ -134,6 +134,16 @@ TEST_F(HandLineTest, CountsItsSamplesByTheirTimes) {
     }
 }
 
+TEST_F(HandLineTest, SamplesNoMoreThanAMinute) {
+    linkPuppet().startTime = "-120";
+    choose("0", "8");
+    runFrame(0);
+    // 171.679 to 173.046, 175.746 to 177.146, and of the span from 179.246 what lies before 180.
+    ASSERT_FALSE(line_.growth.empty());
+    EXPECT_EQ(line_.growth.size(), 137u + 140u + 76u);
+    EXPECT_EQ(line_.growth.back().timeSeconds, 180.0f);
+}
+
 TEST_F(HandLineTest, IncludesBothEndsOfASpan) {
     auto& puppet = linkPuppet();
     choose("0", "1");

@@ -86,6 +86,22 @@ TEST_F(KinectModelTest, DeclaresItsParameters) {
     EXPECT_FALSE(fresh.canConnect(0, &puppet_));
 }
 
+TEST_F(KinectModelTest, BindsEachParameterToItsMember) {
+    const auto member = [&](const char* name) { return FloatMember(engine, puppet_, name); };
+    EXPECT_EQ(member("Time Offset"), &puppet_.timeOffset);
+    EXPECT_EQ(member("Player Speed"), &puppet_.playerSpeed);
+    EXPECT_EQ(member("Translate.X"), &puppet_.translate.x);
+    EXPECT_EQ(member("Rotat-e.X"), &puppet_.rotate.x);
+    EXPECT_EQ(member("Scale"), &puppet_.scale);
+    EXPECT_EQ(member("Joint Scale"), &puppet_.shape.jointScale);
+    EXPECT_EQ(member("off. Head"), &puppet_.shape.headOffset);
+    EXPECT_EQ(member("off. Torso"), &puppet_.shape.torsoOffset);
+    EXPECT_EQ(member("off. Shoulder"), &puppet_.shape.shoulderOffset);
+    EXPECT_EQ(member("off. Hand"), &puppet_.shape.handOffset);
+    EXPECT_EQ(member("off. Thigh"), &puppet_.shape.thighOffset);
+    EXPECT_EQ(member("off. Knee"), &puppet_.shape.kneeOffset);
+}
+
 TEST_F(KinectModelTest, HasNothingToDrawAtFirst) {
     const DebugCapture debug;
     runFrame(0);
@@ -256,6 +272,7 @@ TEST_F(KinectModelTest, ReadsASecondModelBesideItsOwn) {
     runFrame(0);
     ASSERT_THAT(puppet_.lineModel, SizeIs(1));
     EXPECT_EQ(puppet_.lineModel.find("line")->at(0).position.x, -1);
+    EXPECT_EQ(puppet_.lineModel.find("line")->at(0).uv.x, 0) << "it is not unwrapped";
     EXPECT_THAT(puppet_.objects, SizeIs(1));
 }
 

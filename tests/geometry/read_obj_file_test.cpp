@@ -264,6 +264,13 @@ TEST(ReadObj, TheBoxStartsAtItsFixedBounds) {
     EXPECT_EQ(read.vertices("default")[0].position.x, 2000001.0f - 1500000.0f);
 }
 
+TEST(ReadObj, TheBoxEndsAtItsFixedBounds) {
+    // Nothing lies above -999999, so that the box has this upper corner.
+    const std::string far = "v -2000001 0 0\nv -2000001 0 0\nv -2000001 0 0\nvn 1 0 0\n";
+    const Read read(far + "f 1/1/1 2/1/1 3/1/1\n", kObjCentre);
+    EXPECT_EQ(read.vertices("default")[0].position.x, -2000001.0f + 1500000.0f);
+}
+
 TEST(ReadObj, APointWithoutExtentNormalisesToNoNumberAndNoFault) {
     const Read read("v 1 1 1\nvn 1 0 0\nf 1/1/1 1/1/1 1/1/1\n", kObjCentre | kObjNormalise);
     EXPECT_TRUE(std::isnan(read.vertices("default")[0].position.x));
@@ -340,6 +347,15 @@ TEST(ReadObj, TheTorsoIsUnwrappedInAFixedBox) {
     std::string other = kTorso;
     other.replace(other.find("TORSO_Group1"), 12, "TORSO_Group2");
     EXPECT_EQ(Read(other, kObjUnwrap).vertices("TORSO_Group2")[0].uv.y, 0.0f);
+}
+
+TEST(ReadObj, TheTorsoIsUnwrappedAfterItIsRecentred) {
+    const DebugCapture debug;
+    const Read read(kTorso, kObjRecentreObjects | kObjUnwrap);
+    const double centre = (11.589649 + 18.196655) / 2;
+    // Single precision of numbers below 1, from differences of numbers below 32.
+    EXPECT_NEAR(static_cast<double>(read.vertices("TORSO_Group1")[0].uv.y),
+                (10 - centre + 3.303503) / 6.607006, 5e-7);
 }
 
 TEST(ReadObjFile, ReadsAFileByItsWindowsName) {

@@ -94,6 +94,18 @@ TEST_F(ScreenEffectTest, DeclaresItsInputsAndParameters) {
     EXPECT_EQ(fresh.count, 15u);
 }
 
+TEST_F(ScreenEffectTest, BindsEachParameterToItsMember) {
+    const auto member = [&](const char* name) { return FloatMember(engine, node_, name); };
+    EXPECT_EQ(member("Illumination"), &node_.illumination);
+    EXPECT_EQ(member("Reflection"), &node_.reflection);
+    EXPECT_EQ(member("Fresnel"), &node_.fresnel);
+    EXPECT_EQ(member("Saturation"), &node_.variation.saturation);
+    EXPECT_EQ(member("Handlight"), &node_.handlight);
+    EXPECT_EQ(member("Randomize"), &node_.variation.randomize);
+    EXPECT_EQ(member("Random Phase"), &node_.variation.phase);
+    EXPECT_EQ(member("Random Seed"), &node_.randomSeed);
+}
+
 TEST_F(ScreenEffectTest, TakesGeometryAndPictures) {
     const auto& geometry = add<GeometrySource>("geometry");
     const auto& image = add<ImageSource>("image");
@@ -197,7 +209,9 @@ TEST_F(ScreenEffectTest, LightsTheRightHandByItself) {
     node_.illumination = 2;
     node_.fresnel = 3;
     node_.handlight = 0.5f;
+    node_.variation.randomize = 1;
     run(node_);
+    EXPECT_NE(node_.materials[0]->illumColor[1], node_.materials[3]->illumColor[1]);
     EXPECT_EQ(node_.objects[3].material, node_.handMaterial);
     EXPECT_EQ(node_.objects[4].material, node_.materials[4]);
     EXPECT_EQ(node_.handMaterial->illumination, 0.5f);
@@ -284,6 +298,20 @@ TEST(ColourDrift, IsATriangleWaveOfThePhase) {
     EXPECT_EQ(Drift(5000, 1, 1), 0.5f);
     EXPECT_EQ(Drift(5000, 1.5f, 0.5f), 0);
     EXPECT_EQ(Drift(10000, 0, 0.25f), 0.25f);
+}
+
+TEST(ColourDrift, TruncatesItsPhaseToTenThousandths) {
+    EXPECT_EQ(Drift(0, 0.00017f, 1), 1 / 10000.0f);
+    EXPECT_EQ(Drift(100, -0.00017f, 1), 99 / 10000.0f);
+    EXPECT_EQ(Drift(0, 0.99999f, 1), 9999 / 10000.0f);
+}
+
+TEST(ColourDrift, TakesWhatNoIntegerHoldsForTheSmallestOne) {
+    // The smallest 32-bit integer lies 3648 before a multiple of the wave's 20000 (its remainder in
+    // the manner of C is -3648, which a wave that starts at -10000 carries below 0).
+    for (const float bad : {1e30f, -1e30f, std::nanf("")}) {
+        EXPECT_EQ(Drift(0, bad, 1), -3648 / 10000.0f) << bad;
+    }
 }
 
 }  // namespace

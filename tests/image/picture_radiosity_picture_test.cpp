@@ -8,6 +8,7 @@
 #include "core/frame_profiler.h"
 #include "gpu/shader_program.h"
 #include "image/radiosity_fixture.h"
+#include "support/parameter_table.h"
 
 namespace {
 
@@ -141,8 +142,7 @@ struct FocusSettings {
     double radius, coc;
 };
 
-// The formula of the depth of field, sample by sample, at a place of the frame; `step` is the place
-// between two whole disc sizes.
+// The formula of the depth of field, sample by sample, at a place of the frame.
 struct FocusResult {
     std::array<double, 4> rgba{};
     double error = 0, ff = 0;
@@ -374,6 +374,29 @@ TEST_F(RadiosityNodeTest, DeclaresItsParametersInOrder) {
     const auto* samples = dynamic_cast<ValueString*>(engine.findValue(&node, "GI:Samples"));
     ASSERT_NE(samples, nullptr);
     EXPECT_EQ(samples->defaultValue, "32");
+}
+
+TEST_F(RadiosityNodeTest, BindsEachParameterToItsMember) {
+    const auto member = [&](const char* name) { return FloatMember(engine, node, name); };
+    EXPECT_EQ(member("FOV"), &node.fovDegrees);
+    EXPECT_EQ(member("DOF"), &node.dofRadius);
+    EXPECT_EQ(member("DOF CoC"), &node.dofCoC);
+    EXPECT_EQ(member("AO:Intensity"), &node.aoIntensity);
+    EXPECT_EQ(member("AO:Radius"), &node.aoRadius);
+    EXPECT_EQ(member("AO:Bias"), &node.aoBias);
+    EXPECT_EQ(member("AO:Scale"), &node.aoScale);
+    EXPECT_EQ(member("AO:Max Dist"), &node.aoMaxDistance);
+    EXPECT_EQ(member("GI:Ambiance"), &node.giAmbiance);
+    EXPECT_EQ(member("GI:Intensity"), &node.giIntensity);
+    EXPECT_EQ(member("GI:Radius"), &node.giRadius);
+    EXPECT_EQ(member("GI:Bias"), &node.giBias);
+    EXPECT_EQ(member("GI:Scale"), &node.giScale);
+    EXPECT_EQ(member("GI:Max Dist"), &node.giMaxDistance);
+    const auto flag = [&](const char* name) {
+        return dynamic_cast<const ValueBool&>(*engine.findValue(&node, name)).data;
+    };
+    EXPECT_EQ(flag("AO:Enable"), &node.aoEnable);
+    EXPECT_EQ(flag("GI:Enable"), &node.giEnable);
 }
 
 TEST_F(RadiosityNodeTest, OwnsTargetsOfTheFrameWithDepth) {

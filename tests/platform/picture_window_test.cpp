@@ -7,7 +7,6 @@
 #include <string>
 
 #include "platform/window.h"
-#include "support/sanitizer.h"
 
 namespace {
 
@@ -27,7 +26,6 @@ class OffscreenWindow : public ::testing::Test {
         std::string reason;
         window_ = MakeWindow(WindowKind::Offscreen, reason);
         ASSERT_NE(window_, nullptr) << reason;
-        KeepLibrariesLoaded();
         for (WindowMessage message; window_->takeMessage(message);) continue;
         window_->escapePressed();
     }

@@ -8,7 +8,6 @@
 #include "gpu/gl_debug.h"
 #include "gpu/gl_framebuffer.h"
 #include "platform/window.h"
-#include "support/sanitizer.h"
 
 namespace {
 
@@ -26,7 +25,6 @@ void GlTest::SetUpTestSuite() {
     std::string reason;
     if (SharedWindow(reason) == nullptr) return;
     InstallGlDebugMessages();
-    KeepLibrariesLoaded();
 }
 
 void GlTest::SetUp() {

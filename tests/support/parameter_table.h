@@ -70,6 +70,12 @@ inline std::string ParameterLine(const Value_Object& value) {
     return value.name + " " + text;
 }
 
+// The member that a parameter of one float drives; null where there is no such parameter.
+inline const float* FloatMember(const Engine& engine, const Node& node, const char* name) {
+    const auto* value = dynamic_cast<const ValueFloat*>(engine.findValue(&node, name));
+    return value == nullptr ? nullptr : value->data;
+}
+
 inline std::vector<std::string> ParameterTable(const Engine& engine, const Node& node) {
     std::vector<std::string> lines;
     for (const Value_Object* value : engine.valuesOf(&node)) lines.push_back(ParameterLine(*value));
