@@ -52,6 +52,9 @@ std::string Interior(DemoBuilder& demo, float start, float stop);
 std::string Rain(DemoBuilder& demo, float start, float stop);
 std::string Blob(DemoBuilder& demo, float start, float stop);
 
+// The film of layered pictures, which lasts 32 seconds; `start` is a bar of the music.
+std::string Film(DemoBuilder& demo, float start, float stop);
+
 // --- what several scenes share
 
 // A picture of the demo, fitted to the frame. Pictures with alpha are premultiplied.

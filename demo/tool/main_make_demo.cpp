@@ -2,6 +2,7 @@
 //   vorn_make_demo pictures FOLDER
 //   vorn_make_demo models FOLDER
 //   vorn_make_demo music FILE.ogg
+//   vorn_make_demo film DESCRIPTIONS FOLDER
 //   vorn_make_demo project SCRIPTS FONTS FOLDER
 #include <cstdio>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include "app/session.h"
 #include "demo/tool/dance_capture.h"
 #include "demo/tool/demo_project.h"
+#include "demo/tool/film_scenes.h"
 #include "demo/tool/puppet_model.h"
 #include "demo/tool/stage_model.h"
 #include "models.h"
@@ -50,6 +52,11 @@ int MakeModels(const fs::path& folder) {
     return made ? 0 : Fail(error);
 }
 
+int MakeFilm(const fs::path& descriptions, const fs::path& folder) {
+    std::string fault;
+    return MakeFilmScenes(descriptions, folder, fault) ? 0 : Fail(fault);
+}
+
 bool CopyFolder(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::remove_all(to, error);
@@ -85,9 +92,12 @@ int main(int argc, char** argv) {
     if (words.size() == 2 && words[0] == "pictures") return MakePictures(words[1]);
     if (words.size() == 2 && words[0] == "models") return MakeModels(words[1]);
     if (words.size() == 2 && words[0] == "music") return MakeMusic(words[1]);
+    if (words.size() == 3 && words[0] == "film") return MakeFilm(words[1], words[2]);
     if (words.size() == 4 && words[0] == "project") {
         return MakeProject(fs::absolute(words[1]), fs::absolute(words[2]), fs::absolute(words[3]));
     }
     return Fail(
-        "needs pictures FOLDER, models FOLDER, music FILE.ogg, or project SCRIPTS FONTS FOLDER");
+        "needs pictures FOLDER, models FOLDER, music FILE.ogg, film DESCRIPTIONS FOLDER, or "
+        "project "
+        "SCRIPTS FONTS FOLDER");
 }

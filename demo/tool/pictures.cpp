@@ -3,6 +3,7 @@
 #include <array>
 #include <system_error>
 
+#include "pictures_film.h"
 #include "pictures_layer.h"
 #include "pictures_painters.h"
 #include "pictures_png.h"
@@ -11,11 +12,7 @@ namespace {
 
 using pictures::Layer;
 
-struct Entry {
-    std::string_view name;
-    pictures::PngColour colour;
-    Layer (*paint)();
-};
+using Entry = pictures::PictureEntry;
 
 constexpr auto kRgb = pictures::PngColour::Rgb;
 constexpr auto kRgba = pictures::PngColour::Rgba;
@@ -66,9 +63,22 @@ constexpr std::array kEntries{
     Entry{"word_play.png", kRgba, pictures::paintWordPlay},
 };
 
+// Every picture, the film's after the others.
+std::vector<Entry> allEntries() {
+    std::vector<Entry> entries(kEntries.begin(), kEntries.end());
+    for (const auto& part :
+         {pictures::filmLights(), pictures::filmRoofs(), pictures::filmStreet(),
+          pictures::filmSigns(), pictures::filmHouse(), pictures::filmRoom(), pictures::filmTrain(),
+          pictures::filmForest(), pictures::filmSea(), pictures::filmSpace(),
+          pictures::filmSunrise(), pictures::filmCinema()}) {
+        entries.insert(entries.end(), part.begin(), part.end());
+    }
+    return entries;
+}
+
 bool paintEntry(const Entry& entry, const std::filesystem::path& folder, std::string& error) {
     std::error_code failure;
-    std::filesystem::create_directories(folder, failure);
+    std::filesystem::create_directories((folder / entry.name).parent_path(), failure);
     if (failure) {
         error = folder.string() + ": " + failure.message();
         return false;
@@ -79,14 +89,14 @@ bool paintEntry(const Entry& entry, const std::filesystem::path& folder, std::st
 }  // namespace
 
 bool PaintPictures(const std::filesystem::path& folder, std::string& error) {
-    for (const Entry& entry : kEntries) {
+    for (const Entry& entry : allEntries()) {
         if (!paintEntry(entry, folder, error)) return false;
     }
     return true;
 }
 
 bool PaintPicture(std::string_view name, const std::filesystem::path& folder, std::string& error) {
-    for (const Entry& entry : kEntries) {
+    for (const Entry& entry : allEntries()) {
         if (entry.name == name) return paintEntry(entry, folder, error);
     }
     error = std::string(name) + ": no picture of this name";
@@ -95,6 +105,6 @@ bool PaintPicture(std::string_view name, const std::filesystem::path& folder, st
 
 std::vector<std::string> PictureNames() {
     std::vector<std::string> names;
-    for (const Entry& entry : kEntries) names.emplace_back(entry.name);
+    for (const Entry& entry : allEntries()) names.emplace_back(entry.name);
     return names;
 }

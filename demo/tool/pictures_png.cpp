@@ -51,8 +51,9 @@ std::vector<unsigned char> levels(const Layer& layer, PngColour colour) {
             const bool empty = straight && in[3] < 1.0f / 1024;
             const Colour paint =
                 spilled(empty ? clear : Colour{in[0] * scale, in[1] * scale, in[2] * scale});
-            const auto threshold = [hash](int shift) {
-                return (static_cast<float>(hash >> shift & 255) + 0.5f) / 256.0f;
+            // Clear pixels show no bands; all alike, they take no room in the file.
+            const auto threshold = [hash, empty](int shift) {
+                return empty ? 0.5f : (static_cast<float>(hash >> shift & 255) + 0.5f) / 256.0f;
             };
             bytes.push_back(level(paint.r, threshold(0)));
             bytes.push_back(level(paint.g, threshold(8)));
