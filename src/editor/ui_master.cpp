@@ -1,7 +1,6 @@
 #include "editor/ui_master.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "platform/window.h"
 
