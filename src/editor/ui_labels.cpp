@@ -30,3 +30,9 @@ std::string NumberText(float number, int decimals) {
                   static_cast<double>(number));
     return text;
 }
+
+const std::string& DisplayNameIn(const std::map<std::string, std::string>& names,
+                                 const std::string& id) {
+    const auto found = names.find(id);
+    return found == names.end() || found->second.empty() ? id : found->second;
+}

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "editor/ui_labels.h"
 #include "platform/window.h"
 
 namespace {
@@ -117,6 +118,5 @@ void UI_Master::Forget(UI_Object* widget) {
 }
 
 const std::string& UI_Master::DisplayNameOf(const std::string& id) const {
-    const auto found = displayNames.find(id);
-    return found == displayNames.end() || found->second.empty() ? id : found->second;
+    return DisplayNameIn(displayNames, id);
 }
