@@ -6,7 +6,7 @@ namespace {
 
 constexpr int kTextSize = 12;  // pixels
 constexpr int kKeyToggle = 'S';
-constexpr int kKeyToggleSmall = 's';
+constexpr int kKeyToggleSmall = 's';  // as a key code it is F4, which has the same effect
 constexpr int kKeySetKeyframe = 'P';
 
 }  // namespace
