@@ -1,5 +1,7 @@
 #include "editor/ui_value_widget.h"
 
+#include <random>
+
 #include "editor/ui_checkbox.h"
 #include "editor/ui_color_selector.h"
 #include "editor/ui_direction.h"
@@ -7,6 +9,8 @@
 #include "editor/ui_position.h"
 #include "editor/ui_selection.h"
 #include "editor/ui_text_box.h"
+#include "platform/debug_output.h"
+#include "platform/user_dialogs.h"
 #include "support/core_nodes.h"
 #include "widget_fixture.h"
 
@@ -187,4 +191,39 @@ TEST_F(ValueWidgetTest, GivesTheCaptureBackWhenThePanelGoes) {
     other.reset();
     EXPECT_EQ(master.captured, nullptr);
     message(258, 'a', 20, 20);
+}
+
+TEST_F(ValueWidgetTest, HoldsItsLimitsInAnyOrderOfGestures) {
+    const FileDialogHandler before =
+        SetFileDialogHandler([](std::string_view) { return std::string(1500, 'f'); });
+    const DebugCapture silent;
+    addControl("Size", 25);
+    addControl("Frozen", 55);
+    auto* box = new UI_TextBox(ValueOf<ValueString>(engine, node, "Text"), 5, 85, 380);
+    auto* selection = new UI_Selection(ValueOf<ValueInt>(engine, node, "Mode"), 115, 380);
+    panel.AddChild(box);
+    panel.AddChild(selection);
+    panel.AddChild(new UI_ColorSelector(ValueOf<ValueVec4>(engine, node, "Tint"), 145));
+    panel.AddChild(new UI_Direction(ValueOf<ValueVec2>(engine, node, "Place"), 275));
+    panel.AddChild(new UI_Position(ValueOf<ValueVec2>(engine, node, "Place"), 475));
+    panel.AddChild(new UI_Checkbox(ValueOf<ValueBool>(engine, node, "On"), 515));
+    constexpr std::uint32_t kMessages[] = {512, 513, 514, 515, 516, 517, 519,
+                                           520, 522, 256, 257, 258, 512, 512};
+    constexpr int kKeys[] = {8, 13, 17, 27, 'S', 's', 'P', '7', '.', '-', 'a', -1, 70000};
+    std::mt19937 random(7);
+    const auto below = [&random](int count) {
+        return static_cast<int>(random() % static_cast<unsigned>(count));
+    };
+    int captures = 0;
+    for (int i = 0; i < 60000; ++i) {
+        const std::uint32_t number = kMessages[below(std::size(kMessages))];
+        message(number, kKeys[below(std::size(kKeys))], 90 + below(420), 90 + below(700));
+        captures += master.captured != nullptr ? 1 : 0;
+        if (i % 100 == 0) engine.update(static_cast<float>(below(9)));
+        ASSERT_LE(box->buffer.size(), UI_TextBox::kMostBytes);
+        ASSERT_TRUE(node.mode >= 0 && node.mode < 3);
+        ASSERT_TRUE(node.size >= -1 && node.size <= 5) << node.size;
+    }
+    EXPECT_GT(captures, 1000);
+    SetFileDialogHandler(before);
 }
