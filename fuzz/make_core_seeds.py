@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes the seeds of fuzz_project and fuzz_script below fuzz/corpus."""
+"""Writes the seeds of fuzz_project, fuzz_script and fuzz_gui below fuzz/corpus."""
 
 import pathlib
 import struct
@@ -100,8 +100,27 @@ def scripts():
     yield "no_quotes", b"Name N Input x Param y option 3 a b c"
 
 
+def side_files():
+    def position(node_id, x, y):
+        return text(node_id) + number(x) + number(y)
+
+    positions = position("Glow1", 10, 20) + position("Viewer1", -4.5, 300)
+    names = text("Glow1") + text("My glow") + text("Viewer1") + text("Viewer1")
+    boxes = word(2) + text("Glow1") + b"\1" + text("Viewer1") + b"\0"
+    yield "version1", word(1) + word(2) + positions
+    yield "version2", word(2) + word(2) + positions + names + boxes
+    yield "empty", word(2) + word(0) + word(0)
+    yield "twice", word(1) + word(2) + position("A", 1, 2) + position("A", 3, 4)
+    yield "cut", word(2) + word(0xFFFFFFF) + positions[:-2]
+    yield "below_zero", word(2) + word(-1) + word(-1)
+
+
 def main():
-    for folder, seeds in (("project", projects()), ("script", scripts())):
+    for folder, seeds in (
+        ("project", projects()),
+        ("script", scripts()),
+        ("gui", side_files()),
+    ):
         (CORPUS / folder).mkdir(parents=True, exist_ok=True)
         for name, data in seeds:
             (CORPUS / folder / name).write_bytes(data)

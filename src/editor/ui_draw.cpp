@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "editor/ui_master.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 constexpr int kCircleSteps = 90;
 constexpr float kDiscRadius = 8;
+constexpr int kTooltipTextSize = 12, kTooltipMargin = 8, kTooltipHeight = 22;  // pixels
 
 Vec2 OnCircle(int centerX, int centerY, float radius, int step) {
     constexpr float kStepRadians = 2.0f * 3.14159265f / kCircleSteps;
@@ -39,7 +41,25 @@ void UI_Master::DrawAll() {
         if (topLevel[i] != captured) topLevel[i]->Draw();
     }
     if (captured != nullptr && capturedOnTop) captured->Draw();
+    drawTooltip();
     Flush();
+}
+
+void UI_Master::ShowTooltip(std::string text, int x, int y) {
+    tooltip_ = Tooltip{std::move(text), x, y};
+}
+
+void UI_Master::drawTooltip() {
+    if (!tooltip_) return;
+    const int plateWidth = MeasureText(kTooltipTextSize, tooltip_->text) + 2 * kTooltipMargin;
+    const int x = std::max(0, std::min(tooltip_->x, width - plateWidth - 1));
+    const int y = std::max(0, std::min(tooltip_->y, height - kTooltipHeight - 1));
+    SetColor(colorSlots[kColorSelection]);
+    FillRect(x, y, plateWidth, kTooltipHeight);
+    SetColor(colorSlots[kColorPanelBorder]);
+    OutlineRect(x, y, plateWidth, kTooltipHeight);
+    DrawText(x + kTooltipMargin, y + 15, kTooltipTextSize, colorSlots[kColorText], tooltip_->text);
+    tooltip_.reset();
 }
 
 void UI_Master::Flush() {

@@ -2,13 +2,13 @@
 
 #include <GL/glew.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <iterator>
 
 #include "core/value_keyframe_handler.h"
 #include "core/value_object.h"
 #include "editor/ui_master.h"
+#include "editor/ui_pixels.h"
 #include "gpu/gl_image.h"
 
 namespace {
@@ -22,13 +22,6 @@ constexpr int kPinSize = 5;       // pixels
 constexpr int kPinTextSize = 8;   // pixels
 constexpr int kPinReachLow = 2;   // of the box that a press must hit, before the pin's place
 constexpr int kPinReachHigh = 7;  // and after it
-
-// Toward zero. A view that is zoomed without end leaves the range of whole numbers, or gives NaN.
-int Truncate(float value) {
-    constexpr float kFurthest = 500000000;
-    if (!(value == value)) return 0;
-    return static_cast<int>(std::clamp(value, -kFurthest, kFurthest));
-}
 
 }  // namespace
 
@@ -50,16 +43,16 @@ UI_ImagePanel::ScreenRect UI_ImagePanel::screenRect() const {
     const Vec2 topLeft = toScreen(static_cast<float>(x), static_cast<float>(y));
     const Vec2 bottomRight =
         toScreen(static_cast<float>(x + width), static_cast<float>(y + height));
-    return {Truncate(topLeft.x), Truncate(topLeft.y), Truncate(bottomRight.x - topLeft.x),
-            Truncate(bottomRight.y - topLeft.y)};
+    return {TruncateToPixel(topLeft.x), TruncateToPixel(topLeft.y),
+            TruncateToPixel(bottomRight.x - topLeft.x), TruncateToPixel(bottomRight.y - topLeft.y)};
 }
 
 void UI_ImagePanel::pinPlace(const ImagePin& pin, int& pinX, int& pinY) const {
     const Vec2 place =
         toScreen(static_cast<float>(x) + static_cast<float>(width) * pin.position[0],
                  static_cast<float>(y) + static_cast<float>(height) * pin.position[1]);
-    pinX = Truncate(place.x);
-    pinY = Truncate(place.y);
+    pinX = TruncateToPixel(place.x);
+    pinY = TruncateToPixel(place.y);
 }
 
 void UI_ImagePanel::Draw() {

@@ -22,3 +22,17 @@ std::string FrameCostLabelText(float costSeconds) {
          << static_cast<int>(1.0 / static_cast<double>(costSeconds)) << ")";
     return text.str();
 }
+
+std::string NumberText(float number, int decimals) {
+    constexpr int kMostDecimals = 9;
+    char text[64];  // the largest float has 39 digits
+    std::snprintf(text, sizeof text, "%.*f", std::clamp(decimals, 0, kMostDecimals),
+                  static_cast<double>(number));
+    return text;
+}
+
+const std::string& DisplayNameIn(const std::map<std::string, std::string>& names,
+                                 const std::string& id) {
+    const auto found = names.find(id);
+    return found == names.end() || found->second.empty() ? id : found->second;
+}

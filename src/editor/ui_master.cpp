@@ -1,8 +1,8 @@
 #include "editor/ui_master.h"
 
 #include <algorithm>
-#include <optional>
 
+#include "editor/ui_labels.h"
 #include "platform/window.h"
 
 namespace {
@@ -118,6 +118,5 @@ void UI_Master::Forget(UI_Object* widget) {
 }
 
 const std::string& UI_Master::DisplayNameOf(const std::string& id) const {
-    const auto found = displayNames.find(id);
-    return found == displayNames.end() || found->second.empty() ? id : found->second;
+    return DisplayNameIn(displayNames, id);
 }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,6 +80,10 @@ class UI_Master {
     void DrawText(int x, int y, int pixelSize, const Vec4& rgba, std::string_view text);
     int MeasureText(int pixelSize, std::string_view text);
 
+    // A line on a plate above everything else, in this pass of DrawAll only; its corner is moved
+    // so far that the plate is on the screen. The last of several is shown.
+    void ShowTooltip(std::string text, int x, int y);
+
     // Draws only inside the rectangle until the matching PopScissor, which brings back what was
     // before. A negative width or height changes nothing but that scissoring is on.
     void PushScissor(int x, int y, int w, int h);
@@ -104,7 +109,13 @@ class UI_Master {
     void sendToWidgets(UI_Event& event);
     void addThickLine(float lineWidth, const Vec2& from, const Vec2& to);
     void applyScissor();
+    void drawTooltip();
 
+    struct Tooltip {
+        std::string text;
+        int x = 0, y = 0;
+    };
+    std::optional<Tooltip> tooltip_;
     std::unique_ptr<UiBatch> batch_;  // the fonts draw into it
     UI_Scissor scissor_;
     std::vector<UI_Scissor> outerScissors_;

@@ -4,10 +4,10 @@
 
 #include <limits>
 
-#include "core/value_keyframe_handler.h"
 #include "core/value_object.h"
 #include "editor/ui_panel.h"
 #include "gpu/gl_mem_texture.h"
+#include "keyframe_recorder.h"
 #include "ui_fixture.h"
 
 namespace {
@@ -16,18 +16,6 @@ using testing::ElementsAre;
 
 constexpr Vec4 kBackground = {0.25f, 0.5f, 0.125f, 1};
 constexpr Vec4 kWhite = {1, 1, 1, 1};
-
-class KeyRecorder : public Value_Keyframe_Handler {
-  public:
-    bool addAnimation(const std::string&, const std::string&) override { return false; }
-    bool removeAnimation(const std::string&, const std::string&) override { return false; }
-    bool setKeyframe(const std::string& nodeId, const std::string& valueName) override {
-        keys.push_back(nodeId + "/" + valueName);
-        return true;
-    }
-    bool isAnimated(const std::string&, const std::string&) const override { return false; }
-    std::vector<std::string> keys;
-};
 
 class UiImagePanelTest : public testing::Test {
   protected:
@@ -46,7 +34,7 @@ class UiImagePanelTest : public testing::Test {
         EXPECT_NEAR(place.y, screenY, 1e-3);
     }
 
-    KeyRecorder handler;
+    KeyframeRecorder handler;
     UI_Master master;
     UI_ImagePanel panel{"view", 100, 50, 200, 100, false};
     float position[2] = {0.5f, 0.5f};
@@ -93,7 +81,7 @@ TEST_F(UiImagePanelTest, ResetsTheViewButNoPinOnARightPress) {
     send(UI_EventType::RightDown, 150, 80);
     for (int i = 0; i < 16; ++i) EXPECT_EQ(panel.view[i], Mat4()[i]);
     EXPECT_EQ(position[0], 0.5f);
-    EXPECT_TRUE(handler.keys.empty());
+    EXPECT_TRUE(handler.calls.empty());
 }
 
 TEST_F(UiImagePanelTest, PansWithTheMiddleButtonAlsoOutside) {
@@ -143,12 +131,12 @@ TEST_F(UiImagePanelTest, DragsAPinAndWritesKeys) {
     send(UI_EventType::MouseMove, 222, 92);
     EXPECT_FLOAT_EQ(position[0], 0.6f);
     EXPECT_FLOAT_EQ(position[1], 0.4f);
-    EXPECT_THAT(handler.keys, ElementsAre("n7/Position"));
+    EXPECT_THAT(handler.calls, ElementsAre("key n7/Position"));
     send(UI_EventType::LeftUp, 222, 92);
     EXPECT_EQ(master.captured, nullptr);
     send(UI_EventType::MouseMove, 100, 92);
     EXPECT_FLOAT_EQ(position[0], 0.6f);
-    EXPECT_EQ(handler.keys.size(), 1u);
+    EXPECT_EQ(handler.calls.size(), 1u);
 }
 
 TEST_F(UiImagePanelTest, DragsAPinInTheZoomedView) {

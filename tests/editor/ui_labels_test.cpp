@@ -44,3 +44,19 @@ TEST(FrameCostLabel, ShowsAFigureAtExactlyATenthOfAMillisecond) {
     // The single-precision 0.0001 lies a little below, so that a second holds 10000 and a bit.
     EXPECT_EQ(FrameCostLabelText(0.0001f), "0.1ms (10000)");
 }
+
+TEST(NumberText, HasTheDecimalsThatItIsGiven) {
+    EXPECT_EQ(NumberText(1.5f, 2), "1.50");
+    EXPECT_EQ(NumberText(-0.125f, 0), "-0");
+    EXPECT_EQ(NumberText(2.5f, -3), "2") << "half to even";
+    EXPECT_EQ(NumberText(0.5f, 2000000000), "0.500000000");
+    EXPECT_EQ(NumberText(-std::numeric_limits<float>::max(), 9).size(), 1u + 39 + 1 + 9);
+}
+
+TEST(DisplayName, IsTheIdWhereThereIsNone) {
+    const std::map<std::string, std::string> names = {{"a", "Alpha"}, {"b", ""}};
+    EXPECT_EQ(DisplayNameIn(names, "a"), "Alpha");
+    const std::string b = "b", c = "c";
+    EXPECT_EQ(DisplayNameIn(names, b), "b");
+    EXPECT_EQ(DisplayNameIn(names, c), "c");
+}
