@@ -21,15 +21,18 @@ struct Cut {
 constexpr float kEnd = 230.0f;
 constexpr Cut kIntro[] = {{0.0f, Title}};
 constexpr Cut kBuild[] = {{16.0f, Corridor}, {24.0f, Skyline}};
-constexpr Cut kMainA[] = {{32.0f, Tunnel}, {48.0f, Temple}};
+constexpr Cut kMainA[] = {{32.0f, Tunnel}, {38.0f, MotionBlurred}, {46.0f, Temple}, {52.0f, Rain}};
+constexpr Cut kBreak[] = {{64.0f, Film}};
 constexpr Cut kMainB[] = {
     {96.0f, TileTunnel}, {100.0f, Mandala}, {104.0f, Truchet}, {108.0f, Cells}};
-constexpr Cut kBridge[] = {{132.0f, NorthernLights}, {136.0f, Lights}, {140.0f, Trail}};
-constexpr Cut kClimax[] = {{160.0f, MeltingCity}, {164.0f, Grid}};
+constexpr Cut kBridge[] = {
+    {112.0f, Interior}, {132.0f, NorthernLights}, {136.0f, Lights}, {140.0f, Trail}};
+constexpr Cut kSecondBuild[] = {{144.0f, Hologram}};
+constexpr Cut kClimax[] = {{160.0f, MeltingCity}, {164.0f, Grid}, {168.0f, Dance}, {200.0f, Blob}};
 constexpr Cut kOutro[] = {{208.0f, Ending}};
 // A section of the music each; every one but the first begins where its first scene does.
-constexpr std::span<const Cut> kSections[] = {kIntro,  kBuild,  kMainA, kMainB,
-                                              kBridge, kClimax, kOutro};
+constexpr std::span<const Cut> kSections[] = {kIntro,  kBuild,       kMainA,  kBreak, kMainB,
+                                              kBridge, kSecondBuild, kClimax, kOutro};
 
 // Shows every picture from its second on. A sequencer has ten ports.
 std::string Sequence(DemoBuilder& demo,

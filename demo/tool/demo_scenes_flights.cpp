@@ -14,7 +14,10 @@ std::string Title(DemoBuilder& demo, float start, float stop) {
                   {stop, 16, kKeyEaseIn}});
     demo.animate(stars, "Stretch", {{start, 0.1f}, {burst, 0.3f}, {stop, 1.0f, kKeyEaseIn}});
     demo.animate(stars, "Roll", {{start, -25}, {stop, 20}});
-    const std::string title = Lettering(demo, stars, "title.png", start + 3.5f, stop - 0.5f);
+    // Still stars at first, then those that rush by.
+    const std::string sky = demo.add("Cross Fade", {Starfield(demo, start, stop), stars});
+    demo.animate(sky, "Mix", {{start, 0}, {start + 6, 0.3f}, {burst, 1}});
+    const std::string title = Lettering(demo, sky, "title.png", start + 3.5f, stop - 0.5f);
     // Rays burst out of the word with the last bars.
     const std::string rays = demo.add("Radial Out Blur", {title});
     demo.set(rays, "Quality", 8);
