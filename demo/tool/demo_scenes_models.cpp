@@ -217,8 +217,10 @@ std::string Renderer(DemoBuilder& demo, const std::string& geometry, const std::
 void SetOcclusion(DemoBuilder& demo, const std::string& renderer) {
     demo.setFlag(renderer, "AO:Enable", true);
     demo.set(renderer, "AO:Intensity", 3.5f);
-    demo.set(renderer, "AO:Radius", 0.7f);
+    demo.set(renderer, "AO:Radius", 1.0f);
     demo.set(renderer, "AO:Scale", 1.4f);
+    // Places are kept in half floats; at the far wall their steps would show as a pattern.
+    demo.set(renderer, "AO:Bias", 0.01f);
     demo.set(renderer, "AO:Max Dist", 3.0f);
 }
 
@@ -256,15 +258,15 @@ std::string Interior(DemoBuilder& demo, float start, float stop) {
     // The focus goes from the balls at the camera's feet to the sun at the far wall.
     const float rack = start + length, sharp = rack + length;
     demo.animate(renderer, "DOF",
-                 {{start, 0, kKeyLinear},
-                  {rack - kJumpSeconds, 0, kKeyLinear},
+                 {{start, 0.15f, kKeyLinear},
+                  {rack - kJumpSeconds, 0.15f, kKeyLinear},
                   {rack, 0.5f, kKeyLinear},
                   {sharp - kJumpSeconds, 0.5f, kKeyLinear},
                   {sharp, 0.3f, kKeyLinear},
                   {stop, 0.3f, kKeyLinear}});
     demo.animate(renderer, "DOF CoC",
-                 {{start, 10, kKeyLinear},
-                  {rack - kJumpSeconds, 8, kKeyLinear},
+                 {{start, 6, kKeyLinear},
+                  {rack - kJumpSeconds, 5, kKeyLinear},
                   {rack, 1.4f, kKeyLinear},
                   {rack + length * 0.35f, 1.6f},
                   {rack + length * 0.75f, 15},
