@@ -18,6 +18,7 @@
 #include "image/parallax_scene.h"
 #include "pictures.h"
 #include "platform/picture_decoder.h"
+#include "scene_json.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -325,15 +326,24 @@ TEST_P(FilmScene, MovesWithAKeyForEachSixtieth) {
     EXPECT_GE(moving, 8u);
 }
 
-TEST_P(FilmScene, MovesItsLayersByDifferentAmounts) {
-    std::set<int> shifts;
-    for (const ParallaxRecord& record : scene()) {
-        const ParallaxKey& first = record.keys.front();
-        const ParallaxKey& last = record.keys.back();
-        shifts.insert(static_cast<int>(std::lround(std::fabs(last.left - first.left) +
-                                                   std::fabs(last.bottom - first.bottom))));
-    }
-    EXPECT_GE(shifts.size(), 7u);
+TEST_P(FilmScene, IsSeenByACameraThatMovesThroughManyDepths) {
+    const fs::path source =
+        fs::path(VORN_SOURCE_DIR) / "demo" / "film" / (std::string(shot().name) + ".json");
+    std::ifstream stream(source, std::ios::binary);
+    const std::string text((std::istreambuf_iterator<char>(stream)), {});
+    SceneDescription description;
+    std::string fault;
+    ASSERT_TRUE(ParseSceneJson(text, description, fault)) << fault;
+    ASSERT_GE(description.camera.size(), 2u);
+    const SceneCameraKey& from = description.camera.front();
+    const SceneCameraKey& to = description.camera.back();
+    EXPECT_EQ(from.time, 0);
+    EXPECT_EQ(to.time, shot().seconds);
+    EXPECT_GE(std::fabs(to.z - from.z), 0.1);
+    EXPECT_TRUE(to.x != from.x || to.y != from.y);
+    std::set<double> depths;
+    for (const SceneLayer& layer : description.layers) depths.insert(layer.depth);
+    EXPECT_GE(depths.size(), 8u);
 }
 
 TEST_P(FilmScene, LeavesNoPointOfTheFrameBare) {
