@@ -221,6 +221,9 @@ TEST_F(GuiFileTest, ACutFileRepeatsTheNumbersThatAreMissing) {
     load(Bytes().word(2).word(0).word(2).text("A").byte(0).text("B"));
     EXPECT_TRUE(folded["A"]);
     EXPECT_TRUE(folded["B"]);
+    load(Bytes().word(2).word(0).word(2).text("A").byte(1).text("B"));
+    EXPECT_FALSE(folded["A"]);
+    EXPECT_FALSE(folded["B"]);
 }
 
 TEST_F(GuiFileTest, SurvivesEveryLengthOfACutFile) {
