@@ -247,16 +247,17 @@ TEST(DemoPictures, PaintTheSameBytesEachTime) {
 
 TEST(DemoPictures, AreNamedAsTheProjectReadsThem) {
     const std::set<std::string> expected{
-        "Loading.png",    "title.png",       "sky_night.png",   "mountains.png",
-        "city_far.png",   "city_near.png",   "sun_grid.png",    "stars.png",
-        "moon.png",       "clouds.png",      "forest.png",      "mandala.png",
-        "tiles.png",      "wide_banner.png", "tall_poster.png", "displace_map.png",
-        "vignette.png",   "light_leak.png",  "credits.png",     "end_card.png",
-        "noise_mask.png", "word_light.png",  "word_motion.png", "word_sound.png",
-        "word_graph.png", "word_play.png",   "hall_floor.png",  "hall_ceiling.png",
-        "hall_left.png",  "hall_right.png",  "hall_ends.png",   "hall_columns.png",
-        "hall_metal.png", "hall_gold.png",   "hall_view.png",   "hall_sun.png",
-        "studio.png",     "white.png",       "black.png",
+        "Loading.png",     "title.png",       "sky_night.png",   "mountains.png",
+        "city_far.png",    "city_near.png",   "sun_grid.png",    "stars.png",
+        "moon.png",        "clouds.png",      "forest.png",      "mandala.png",
+        "tiles.png",       "wide_banner.png", "tall_poster.png", "displace_map.png",
+        "vignette.png",    "light_leak.png",  "credits.png",     "end_card.png",
+        "noise_mask.png",  "word_light.png",  "word_motion.png", "word_sound.png",
+        "word_graph.png",  "word_play.png",   "hall_floor.png",  "hall_ceiling.png",
+        "hall_left.png",   "hall_right.png",  "hall_ends.png",   "hall_columns.png",
+        "hall_metal.png",  "hall_gold.png",   "hall_view.png",   "hall_sun.png",
+        "studio.png",      "white.png",       "black.png",       "stage_room.png",
+        "stage_shell.png", "stage_mask.png",  "stage_floor.png", "stage_lamp.png",
     };
     std::vector<std::string> names = PictureNames();
     const std::set<std::string> all(names.begin(), names.end());
