@@ -34,27 +34,13 @@ constexpr Cut kOutro[] = {{208.0f, Ending}};
 constexpr std::span<const Cut> kSections[] = {kIntro,  kBuild,       kMainA,  kBreak, kMainB,
                                               kBridge, kSecondBuild, kClimax, kOutro};
 
-// Shows every picture from its second on. A sequencer has ten ports.
-std::string Sequence(DemoBuilder& demo,
-                     const std::vector<std::pair<float, std::string>>& pictures) {
-    const std::string sequencer = demo.add("Sequencer");
-    int port = 0;
-    for (const auto& [seconds, picture] : pictures) {
-        demo.link(picture, sequencer, port);
-        demo.setText(sequencer, ("Start 0" + std::to_string(port)).c_str(),
-                     std::to_string(static_cast<int>(seconds * 1000.0f)));
-        ++port;
-    }
-    return sequencer;
-}
-
 std::string Section(DemoBuilder& demo, std::span<const Cut> cuts, float stop) {
     std::vector<std::pair<float, std::string>> pictures;
     for (std::size_t i = 0; i < cuts.size(); ++i) {
         const float next = i + 1 < cuts.size() ? cuts[i + 1].start : stop;
         pictures.emplace_back(cuts[i].start, cuts[i].scene(demo, cuts[i].start, next));
     }
-    return pictures.size() == 1 ? pictures.front().second : Sequence(demo, pictures);
+    return pictures.size() == 1 ? pictures.front().second : Cuts(demo, pictures);
 }
 
 std::string WholeDemo(DemoBuilder& demo) {
@@ -63,7 +49,7 @@ std::string WholeDemo(DemoBuilder& demo) {
         const float next = i + 1 < std::size(kSections) ? kSections[i + 1].front().start : kEnd;
         sections.emplace_back(kSections[i].front().start, Section(demo, kSections[i], next));
     }
-    return Sequence(demo, sections);
+    return Cuts(demo, sections);
 }
 
 void SetProject(Engine& engine) {

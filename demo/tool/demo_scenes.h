@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "demo/tool/demo_builder.h"
@@ -61,6 +62,8 @@ std::string Film(DemoBuilder& demo, float start, float stop);
 std::string Picture(DemoBuilder& demo, const char* file, bool hasAlpha);
 // Pictures over each other, the first at the back.
 std::string Layers(DemoBuilder& demo, const std::vector<std::string>& pictures);
+// Shows every picture from its second on; nine at most.
+std::string Cuts(DemoBuilder& demo, const std::vector<std::pair<float, std::string>>& pictures);
 // A lettering over a picture, in view from `start` to `stop`, revealed and faded.
 std::string Lettering(DemoBuilder& demo, const std::string& picture, const char* file, float start,
                       float stop);

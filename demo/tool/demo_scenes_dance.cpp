@@ -319,17 +319,14 @@ std::string Dance(DemoBuilder& demo, float start, float stop) {
     const std::string front = FrontView(demo, scenery, pictures, start, stop);
     const std::string orbit = OrbitView(demo, scenery, pictures, start, stop);
 
-    const std::string cuts = demo.add("Sequencer");
-    const std::pair<float, std::string> views[] = {{start, orbit}, {170, front}, {174, orbit},
-                                                   {176, front},   {178, orbit}, {180, front},
-                                                   {186, orbit},   {188, front}};
-    int port = 0;
-    for (const auto& [seconds, view] : views) {
-        demo.link(view, cuts, port);
-        demo.setText(cuts, ("Start 0" + std::to_string(port)).c_str(),
-                     std::to_string(static_cast<int>(seconds * 1000.0f)));
-        ++port;
-    }
+    const std::string cuts = Cuts(demo, {{start, orbit},
+                                         {170, front},
+                                         {174, orbit},
+                                         {176, front},
+                                         {178, orbit},
+                                         {180, front},
+                                         {186, orbit},
+                                         {188, front}});
     const std::string glow = demo.add("Soft Glow", {cuts});
     demo.set(glow, "Threshold", 0.5f);
     demo.set(glow, "Strength", 0.9f);

@@ -19,6 +19,24 @@ std::string Layers(DemoBuilder& demo, const std::vector<std::string>& pictures) 
     return stack;
 }
 
+// A sequencer takes up its times in the frame after the first; until then it runs the picture of
+// its last port. The first picture stands there once more, so that a scene whose sequencer is new
+// shows its first picture and not one that was never drawn.
+std::string Cuts(DemoBuilder& demo, const std::vector<std::pair<float, std::string>>& pictures) {
+    constexpr const char* kNever = "1000000000";
+    const std::string sequencer = demo.add("Sequencer");
+    const auto show = [&](std::size_t port, const std::string& picture, const std::string& start) {
+        demo.link(picture, sequencer, static_cast<int>(port));
+        demo.setText(sequencer, ("Start 0" + std::to_string(port)).c_str(), start);
+    };
+    for (std::size_t i = 0; i < pictures.size(); ++i) {
+        const auto& [seconds, picture] = pictures[i];
+        show(i, picture, std::to_string(static_cast<int>(seconds * 1000.0f)));
+    }
+    show(pictures.size(), pictures.front().second, kNever);
+    return sequencer;
+}
+
 std::string Lettering(DemoBuilder& demo, const std::string& picture, const char* file, float start,
                       float stop) {
     const std::string shown = demo.add("Time Switch Image", {Picture(demo, file, true)});

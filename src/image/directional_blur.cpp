@@ -15,7 +15,8 @@ constexpr float kStep = 0.75f;
 // No project keeps the GPU busy for ever: lengths beyond this are cut. Up to it the steps are
 // exact.
 constexpr float kMostLength = 1048576.0f;
-// The same where every tap is taken, for each pixel; far beyond what the parameters offer.
+// The same where every tap is taken, for each pixel. Longer ones are for pictures with a border,
+// whose taps are bounded.
 constexpr float kMostPlainLength = 4096.0f;
 
 int MostLevel(const GL_Image* image) {

@@ -4,6 +4,7 @@
 // result is the same bit for bit. Main thread, with the OpenGL context.
 #pragma once
 
+#include <limits>
 #include <memory>
 
 #include "gpu/gl_framebuffer.h"
@@ -47,7 +48,7 @@ class DirectionalBlur {
 
     // The sum of the weights of all taps, in the order in which they are taken, and their number.
     struct Weights {
-        float length = -1;
+        float length = std::numeric_limits<float>::quiet_NaN();  // none yet
         float sum = 0;
         int taps = 0;
     };

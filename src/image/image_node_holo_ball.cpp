@@ -36,7 +36,7 @@ Mat4 ProjectionMatrix() {
     return projection;
 }
 
-// Slices are taken wider apart from the middle on, the front ones most.
+// The outline of a slice is the wider the farther it lies from the middle, most of all at the back.
 float EdgeFactor(float z) {
     return z < 0.0f ? 1.0f - z / 5.0f : z / 20.0f + 1.0f;
 }
@@ -92,9 +92,9 @@ void ImageNode_HoloBall::findLocations() {
     lightLocations_ = field(*holoLightShader, "lballs");
     const auto compose = [](const ShaderProgram& program) {
         const auto find = [&](const char* name) { return program.UniformLocation(name); };
-        return ComposeLocations{
-            find("part"),  find("layerCenter"), find("edgeStep"),         find("brightness"),
-            find("color"), find("viewMatrix"),  find("projectionMatrix"), find("scaleHolo")};
+        return ComposeLocations{find("part"),       find("layerCenter"), find("edgeStep"),
+                                find("brightness"), find("color"),       find("viewMatrix"),
+                                find("scaleHolo")};
     };
     composeLocations_ = compose(*composeHolo);
     wallLocations_ = compose(*composeWallHolo);

@@ -54,7 +54,7 @@ class ImageNode_HoloBall : public ImageNode {
         int part, pixel, layerCenter, balls;
     };
     struct ComposeLocations {
-        int part, layerCenter, edgeStep, brightness, color, viewMatrix, projectionMatrix, scaleHolo;
+        int part, layerCenter, edgeStep, brightness, color, viewMatrix, scaleHolo;
     };
 
     void declareParameters();

@@ -116,15 +116,18 @@ void ImageNode_MotionBlur::blendIn(int index) {
     } else {
         target_.resume();
     }
+    // What was there counts nothing beside the first picture, even where it is no number.
     const float weight = 1.0f / static_cast<float>(index + 1);
     glBlendColor(weight, weight, weight, weight);
-    glEnable(GL_BLEND);
+    if (index > 0) glEnable(GL_BLEND);
     glBlendFunc(GL_CONSTANT_COLOR, GL_ONE_MINUS_CONSTANT_COLOR);
     program->Use();
     glUniformMatrix4fv(matrixLocation_, 1, GL_FALSE, source->textureMatrix.m);
     if (source->images[0] != nullptr) {
         DrawImageQuad(*source->images[0]);
     } else {
+        glActiveTexture(GL_TEXTURE0);
+        glBindTexture(GL_TEXTURE_2D, 0);
         DrawFullScreenQuad();  // no picture is black
     }
     ShaderProgram::Unuse();

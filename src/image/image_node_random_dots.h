@@ -1,5 +1,6 @@
-// A picture of 1024 by 1024 coloured dots of one pixel, made on the CPU when a parameter changes.
-// "Position" only moves the texture matrix. Main thread, with the OpenGL context.
+// A picture of 1024 by 1024 pixels with coloured dots of one pixel, made on the CPU when a
+// parameter changes. "Position" only moves the texture matrix. Main thread, with the OpenGL
+// context.
 #pragma once
 
 #include <cstddef>

@@ -229,6 +229,11 @@ TEST_F(DirectionalBlurPass, IsThePlainLoopBitForBitAtAllLengths) {
     expectPlain({noise.get()}, {}, along(1, 0, -20));
 }
 
+TEST_F(DirectionalBlurPass, MayBeginWithTheLengthMinusOne) {
+    expectFormula(ReferencePicture::Waves(64, 36, 3), ReferencePicture::Waves(32, 18, 4),
+                  along(1, 0, -1));
+}
+
 TEST_F(DirectionalBlurPass, IsThePlainLoopThroughAnyMatrix) {
     const Mat4 matrices[] = {Placed(1.3f, 0.7f, -0.2f, 0.3f), Placed(1, 1, 0.4f, -0.1f, 33),
                              Placed(-2, 1.5f, 1.6f, -0.4f),   Placed(0.1f, 0.1f, 2, 0.5f),

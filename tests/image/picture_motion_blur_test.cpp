@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <functional>
+#include <limits>
 
 #include "gpu/gl_framebuffer.h"
 #include "image/image_node_compose.h"
@@ -126,6 +127,18 @@ TEST_F(MotionBlurTest, ReplacesWhatWasThereWithTheFirstSample) {
     clock.colourAt = [](float) { return 0.5f; };
     node.pull();
     EXPECT_EQ(middle()[0], 0.5f);
+}
+
+TEST_F(MotionBlurTest, ReplacesWhatIsNoNumber) {
+    link(clock, node, 0);
+    clock.colourAt = [](float) { return std::numeric_limits<float>::infinity(); };
+    // Both of the targets that the node draws into in turn.
+    for (int frame = 0; frame < 2; ++frame) node.pull();
+    clock.colourAt = [](float) { return 0.5f; };
+    for (int frame = 0; frame < 2; ++frame) {
+        node.pull();
+        EXPECT_EQ(middle()[0], 0.5f) << "frame " << frame;
+    }
 }
 
 TEST_F(MotionBlurTest, TakesTheInputThroughItsMatrix) {
