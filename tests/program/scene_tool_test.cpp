@@ -54,8 +54,8 @@ TEST(SceneTool, SaysWhatIsWrongWithItsArguments) {
     EXPECT_EQ(RunSceneTool({folder.file("sky.json")}).exitCode, 2) << "no name to write";
     EXPECT_EQ(RunSceneTool({folder.file("none.json"), folder.file("a.scn")}).exitCode, 3);
     EXPECT_EQ(RunSceneTool({folder.file("bad.json"), folder.file("a.scn")}).exitCode, 3);
-    EXPECT_EQ(RunSceneTool({folder.file("sky.json"), folder.file("sky.json/a.scn")}).exitCode, 5)
-        << "in a file as if it were a folder";
+    const std::string nowhere = (folder.path() / "none" / "a.scn").string();
+    EXPECT_EQ(RunSceneTool({folder.file("sky.json"), nowhere}).exitCode, 5);
 }
 
 }  // namespace
