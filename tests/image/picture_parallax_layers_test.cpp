@@ -269,6 +269,32 @@ TEST_F(ParallaxChain, GlowsAndIsLaidOverTheBackground) {
     }
 }
 
+// Each dodge changes over to the other target; one that cannot be seen changes nothing.
+TEST_F(ParallaxChain, ComposesWhatTheLastDodgeDrew) {
+    const auto part = [](float opacity) {
+        return std::vector<ParallaxKey>{StillKey(520.25f, 240.25f, 900.25f, 640.25f, opacity)};
+    };
+    const std::vector<std::vector<float>> dodges = {{0.5f}, {0.5f, 0.25f}, {0.5f, 0.0f, 0.75f}};
+    for (std::size_t i = 0; i < dodges.size(); ++i) {
+        ReferenceScene scene = Scene({}, 11);
+        for (const float opacity : dodges[i]) {
+            scene.layers.push_back({"a.png", 27, &kFirst, part(opacity)});
+        }
+        scene.layers.push_back(
+            {"Neon b.png", 2, &kSecond, {StillKey(500.25f, 200.25f, 1000.25f, 700.25f)}, true});
+        scene.settings.glowRadius = 0.125;
+        scene.settings.glowIntensity = 0.5;
+        scene.settings.glowMask = 0.875;
+        use(scene, "dodges" + std::to_string(i) + ".scn");
+        run(0, {});
+        const RegionPixels pixels = readAttachment(*node.resultBuffer, 0, {560, 380, 300, 60});
+        EXPECT_EQ(countWrong(pixels, 23, kGlowTolerance,
+                             [&](int x, int y) { return scene.resultAt(x, y); }),
+                  0)
+            << i;
+    }
+}
+
 // Whether the glow is left out or not, the picture is the same bit for bit.
 TEST_F(ParallaxChain, LeavesOutOnlyAGlowThatAddsNothing) {
     struct Case {
