@@ -9,7 +9,9 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "editor/canvas_view.h"
@@ -17,8 +19,13 @@
 #include "editor/ui_object.h"
 
 class Node;
+class NodeTypeCatalog;
+class UI_NameField;
 class UI_Node;
 class UI_NodePalette;
+class LinkCurve;
+struct GraphClip;
+struct NodeSocket;
 
 class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
   public:
@@ -41,8 +48,8 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     // them, and folds what the host says is folded. Call it after everything that changes the graph
     // elsewhere; the canvas's own edits call it themselves.
     void rebuildBoxes();
-    // Lays all nodes out in columns, outputs on the right, sources on the left, for a project that
-    // comes without positions.
+    // Lays all nodes out in rows, sources above what they feed, and shows them all: for a project
+    // that comes without positions.
     void arrange();
 
     UI_Node* boxOf(const std::string& id) const;  // null when there is none
@@ -66,11 +73,119 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     void SetPosition(int newX, int newY) override;  // takes the boxes along
     void OnValueEdited(UI_Object* sender) override;
     void OnCommand(UI_Object* sender, int argument) override;
+    void SetMaster(UI_Master* newMaster) override;
 
     CanvasView view;
     NodeCanvasHost& host;
 
   private:
+    enum class Gesture { None, Pan, RubberBand, DragLink, Knife };
+    enum class Part { None, Body, Socket, Output };
+    // What is under the pointer. Good until the boxes change.
+    struct Hit {
+        UI_Node* box = nullptr;
+        Part part = Part::None;
+        int input = -1;
+    };
+    // A link that follows the pointer, from the source's output or from the target's socket; the
+    // other id is empty, unless a link was taken off its socket. Ids, since nodes may go meanwhile.
+    struct LinkDrag {
+        std::string source, target;
+        int port = 0;
+        bool fromOutput = true;
+        bool takenOff = false;
+    };
+    struct DragStart {
+        UI_Node* box;
+        int x, y;
+    };
+
+    // Boxes
+    void linkBoxes();
+    void applyFolds();
+    void applySelection();
+    void updateLayout();
+    void frameBoxes(bool onlySelected);
+    std::string titleOf(const std::string& id) const;
+
+    // Drawing
+    void drawGrid();
+    void drawLinks();
+    void drawLink(const UI_Node& box, const NodeSocket& socket);
+    void drawCurve(const LinkCurve& curve, const Vec4& color, float lineWidth);
+    void drawDashes(const LinkCurve& curve, const Vec4& color, float lineWidth, float dashShift);
+    void drawBoxes();
+    void drawSockets(const UI_Node& box);
+    void drawMarks(const UI_Node& box, const Node* node);
+    void drawGesture();
+    void drawHoverName();
+    void drawPlate(int plateX, int plateY, std::string_view text);
+    void drawHint();
+    bool isVisible(const UI_Node& box) const;
+    bool isStressed(const UI_Node& box) const;
+    bool wouldTake(const UI_Node& box, int input) const;
+    bool wouldFeed(const UI_Node& box) const;
+    Vec2 outputPlace(const UI_Node& box) const;  // screen
+    Vec2 socketPlace(const UI_Node& box, int input) const;
+
+    // Gestures
+    Hit hitAt(int pixelX, int pixelY) const;
+    bool handleFree(UI_Event* event);
+    bool handlePress(UI_Event* event);
+    bool handleRightPress(UI_Event* event);
+    bool pressBox(UI_Node& box, UI_Event* event);
+    void handleGesture(const UI_Event& event);
+    void endGesture();
+    bool start(Gesture gesture, const UI_Event& event);
+    void hover(const UI_Event& event);
+    void tellHover(const Hit& hit);
+    void tellLinkDrag(const Hit& hit);
+    void selectBand(const UI_Event& event);
+    void dropLink(const UI_Event& event);
+    void cutAlongKnife();
+    bool handleKey(const UI_Event& event);
+    bool handleCtrlKey(const UI_Event& event);
+    void beginRename(const std::string& id);
+    void tell(std::string_view text);
+
+    // Edits
+    void makeNode(const std::string& typeName);
+    void link(const std::string& sourceId, const std::string& targetId, int port);
+    void cut(const std::vector<std::pair<std::string, int>>& links);
+    void relink();  // after links of the graph have changed
+    void deleteSelection();
+    void copySelection();
+    void paste();
+    void duplicate();
+    void pasteClip(const GraphClip& clip, const Vec2& shift);
+    GraphClip clipOfSelection();
+    void toggleDisabled();
+    void toggleFold();
+    void rename(const std::string& id, const std::string& name);
+    void openPaletteFor(int screenX, int screenY, const LinkDrag& drag);
+    std::vector<std::string> selectedIds() const;  // in the order of the boxes
+    // The selected nodes, or the one under the pointer when none is selected.
+    std::vector<std::string> meantIds() const;
+
     std::vector<std::unique_ptr<UI_Node>> boxes_;
+    std::unordered_map<std::string, UI_Node*> boxById_;
+    // Boxes may be cleared while one of them handles an event: they die at the next occasion.
+    std::vector<std::unique_ptr<UI_Node>> retired_;
+    int eventDepth_ = 0;
+    std::int32_t nextNumber_ = 0;
+
     std::set<std::string> selection_;  // node ids
+    std::set<std::string> bandBase_;   // what was selected before the rubber band
+    Gesture gesture_ = Gesture::None;
+    LinkDrag linkDrag_;
+    LinkDrag paletteLink_;  // what a node from the palette is linked with
+    int startX_ = 0, startY_ = 0, pointerX_ = 0, pointerY_ = 0;  // screen
+    Vec2 newNodePlace_;                                          // canvas
+    std::vector<DragStart> dragStarts_;
+    bool dragged_ = false;
+    Hit hover_;
+    std::string status_;
+    std::unique_ptr<NodeTypeCatalog> catalog_;
+    std::unique_ptr<UI_NodePalette> palette_;
+    std::unique_ptr<UI_NameField> nameField_;
 };
