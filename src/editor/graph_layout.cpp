@@ -12,9 +12,9 @@
 namespace {
 
 constexpr float kColumnPitch = 184;  // pixels; a box is 160 wide
-constexpr float kRowPitch = 56;      // a box is 20 high
+constexpr float kRowPitch = 64;      // a box is 20 high
 constexpr float kStagger = 34;       // between the lines that a full row is broken into
-constexpr std::size_t kMostAbreast = 10;
+constexpr std::size_t kMostAbreast = 13;
 constexpr int kSweeps = 8;
 
 // The graph as numbers, without the links that close cycles.

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Stands for a node of a script, which is an image node, without building its shader.
+// Stands for any image node as a source, and for one of a script, without building its shader.
 class AnyImage : public ImageNode {
   public:
     explicit AnyImage(Engine& owner) : ImageNode(&owner, "probe") {}
@@ -65,6 +65,10 @@ bool Fits(const Node& made, const OpenLink& link) {
 
 }  // namespace
 
+NodeTypeCatalog::NodeTypeCatalog(Engine& graph) : engine_(graph) {}
+
+NodeTypeCatalog::~NodeTypeCatalog() = default;
+
 std::vector<OfferedType> NodeTypeCatalog::allTypes() const {
     std::vector<OfferedType> result;
     std::set<std::string> seen;
@@ -74,47 +78,61 @@ std::vector<OfferedType> NodeTypeCatalog::allTypes() const {
     return result;
 }
 
-std::string NodeTypeCatalog::typeNameOf(const Node& node) const {
-    const std::string* type = engine_.nodeTypes.find(node.id);
-    return type == nullptr ? std::string() : *type;
+const Node* NodeTypeCatalog::nodeOfGraph(const std::string& typeName) const {
+    for (const auto& [id, type] : engine_.nodeTypes) {
+        if (type != typeName) continue;
+        if (const Node* node = engine_.findNode(id)) return node;
+    }
+    return nullptr;
 }
 
-bool NodeTypeCatalog::scriptFits(const std::string& typeName, const OpenLink& link,
-                                 bool& known) const {
-    const NodeScript* script = ScriptOf(engine_, typeName);
-    known = script != nullptr && BuiltIn(engine_, typeName) == nullptr;
-    if (!known) return false;
+// Null when it cannot be made. The id is the type's name.
+const Node* NodeTypeCatalog::scratchNode(const std::string& typeName) {
+    if (!scratch_) scratch_ = std::make_unique<Engine>(engine_.builtInTypes(), nullptr);
+    if (scratch_->findNode(typeName) == nullptr) scratch_->createNode(typeName, typeName);
+    return scratch_->findNode(typeName);
+}
+
+bool NodeTypeCatalog::scriptFits(const NodeScript& script, const OpenLink& link) const {
     AnyImage probe(engine_);
-    probe.setInputCount(static_cast<int>(script->inputNames.size()));
+    probe.setInputCount(static_cast<int>(script.inputNames.size()));
     return Fits(probe, link);
 }
 
-bool NodeTypeCatalog::fits(Engine& scratch, const std::string& typeName,
-                           const OpenLink& link) const {
-    bool isScript = false;
-    const bool scriptAnswer = scriptFits(typeName, link, isScript);
-    if (isScript) return scriptAnswer;
-    scratch.createNode("probe", typeName);
-    const Node* made = scratch.findNode("probe");
-    const bool answer = made != nullptr && Fits(*made, link);
-    scratch.deleteNode("probe");
-    return answer;
+bool NodeTypeCatalog::takesSource(const NodeType& type, const Node& source) {
+    const OpenLink link = {&source, nullptr, 0};
+    if (const Node* node = nodeOfGraph(type.name)) return Fits(*node, link);
+    if (type.make.family != kImageNode) {
+        const Node* node = scratchNode(type.name);
+        return node != nullptr && Fits(*node, link);
+    }
+    const auto key = std::make_pair(std::string(type.name), source.getType());
+    auto answer = imageAnswers_.find(key);
+    if (answer == imageAnswers_.end()) {
+        const Node* node = scratchNode(type.name);
+        answer = imageAnswers_.emplace(key, node != nullptr && Fits(*node, link)).first;
+        scratch_->deleteNode(type.name);
+    }
+    return answer->second;
+}
+
+bool NodeTypeCatalog::fits(const std::string& typeName, const OpenLink& link) {
+    const NodeType* type = BuiltIn(engine_, typeName);
+    if (type == nullptr) {
+        const NodeScript* script = ScriptOf(engine_, typeName);
+        return script != nullptr && scriptFits(*script, link);
+    }
+    if (link.source != nullptr) return takesSource(*type, *link.source);
+    if (type->make.family == kImageNode) return Fits(AnyImage(engine_), link);
+    const Node* node = scratchNode(typeName);
+    return node != nullptr && Fits(*node, link);
 }
 
 std::vector<OfferedType> NodeTypeCatalog::fittingTypes(const OpenLink& link) {
-    const Node* end = link.source != nullptr ? link.source : link.target;
-    if (end == nullptr) return allTypes();
-    const std::string endType = typeNameOf(*end);
-    const int endPort = link.source != nullptr ? -1 : link.port;
-    Engine scratch(engine_.builtInTypes(), nullptr);
+    if (link.source == nullptr && link.target == nullptr) return allTypes();
     std::vector<OfferedType> result;
     for (OfferedType& type : allTypes()) {
-        const auto key = std::make_tuple(type.name, endType, endPort);
-        auto known = answers_.find(key);
-        if (known == answers_.end()) {
-            known = answers_.emplace(key, fits(scratch, type.name, link)).first;
-        }
-        if (known->second) result.push_back(std::move(type));
+        if (fits(type.name, link)) result.push_back(std::move(type));
     }
     return result;
 }

@@ -1,15 +1,19 @@
 // The node types on offer, with the group that each belongs to, and whether a node of a type fits a
-// link. The latter is asked of a node that is made for the question in an engine of its own and
-// goes again; answers are kept. Main thread, with the OpenGL context where nodes need it.
+// link. The latter is asked of a node: one of the graph where there is one, else one that is made
+// for the question in an engine of its own. Main thread, with the OpenGL context where nodes need
+// it.
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 class Engine;
 class Node;
+struct NodeScript;
+struct NodeType;
 
 struct OfferedType {
     std::string name;
@@ -25,7 +29,8 @@ struct OpenLink {
 
 class NodeTypeCatalog {
   public:
-    explicit NodeTypeCatalog(Engine& graph) : engine_(graph) {}
+    explicit NodeTypeCatalog(Engine& graph);
+    ~NodeTypeCatalog();
 
     // All types, each once, in the engine's order.
     std::vector<OfferedType> allTypes() const;
@@ -33,11 +38,14 @@ class NodeTypeCatalog {
     std::vector<OfferedType> fittingTypes(const OpenLink& link);
 
   private:
-    bool fits(Engine& scratch, const std::string& typeName, const OpenLink& link) const;
-    bool scriptFits(const std::string& typeName, const OpenLink& link, bool& known) const;
-    std::string typeNameOf(const Node& node) const;
+    bool fits(const std::string& typeName, const OpenLink& link);
+    bool scriptFits(const NodeScript& script, const OpenLink& link) const;
+    bool takesSource(const NodeType& type, const Node& source);
+    const Node* nodeOfGraph(const std::string& typeName) const;
+    const Node* scratchNode(const std::string& typeName);
 
     Engine& engine_;
-    // By new type, type at the known end, and its port (-1: it is the source).
-    std::map<std::tuple<std::string, std::string, int>, bool> answers_;
+    std::unique_ptr<Engine> scratch_;  // made when first needed
+    // By type and family of the source. Image nodes have large targets and are not kept.
+    std::map<std::pair<std::string, int>, bool> imageAnswers_;
 };
