@@ -9,8 +9,8 @@
 namespace {
 
 constexpr int kNever = std::numeric_limits<int>::min() / 2;
-constexpr int kLetter = 10, kTextStart = 25, kWordStart = 15, kRun = 12;
-constexpr int kGap = 1, kMostGap = 8;
+constexpr int kLetter = 10, kTextStart = 25, kWordStart = 18, kRun = 12;
+constexpr int kGap = 1, kMostGap = 4;
 constexpr std::size_t kLongestTyped = 64;
 
 char Small(char c) {

@@ -24,7 +24,10 @@ Node* CreateNode(Engine& engine, const std::string& typeName) {
     const auto& known = engine.typeNames;
     if (std::find(known.begin(), known.end(), typeName) == known.end()) return nullptr;
     const std::string id = NextNodeId(engine, typeName);
-    return engine.createNode(id, typeName) ? engine.findNode(id) : nullptr;
+    if (engine.createNode(id, typeName)) return engine.findNode(id);
+    engine.nodes.erase(id);
+    engine.nodeTypes.erase(id);
+    return nullptr;
 }
 
 std::optional<int> FirstFittingPort(const Node& target, const Node& source, Ports which) {

@@ -6,8 +6,8 @@
 namespace {
 
 constexpr float kLeastReach = 24, kMostReach = 160;  // pixels at zoom 1 of the end tangents
-constexpr float kPieceLength = 14;                   // pixels
-constexpr int kLeastPieces = 4, kMostPieces = 28;
+constexpr float kPieceLength = 11;                   // pixels
+constexpr int kMostPieces = 32;
 
 // Twice the area of the triangle; its sign tells on which side of the line a-b the point c is.
 float Side(const Vec2& a, const Vec2& b, const Vec2& c) {
@@ -71,8 +71,7 @@ Vec2 LinkCurve::normal(float t) const {
 int LinkCurve::pieces() const {
     // One straight down needs no more than one.
     if (points_[0].x == points_[3].x && points_[3].y >= points_[0].y) return 1;
-    return static_cast<int>(std::clamp(length / kPieceLength, static_cast<float>(kLeastPieces),
-                                       static_cast<float>(kMostPieces)));
+    return std::clamp(static_cast<int>(std::min(length, 1e6f) / kPieceLength), 1, kMostPieces);
 }
 
 bool LinkCurve::crosses(const Vec2& a, const Vec2& b) const {
