@@ -78,7 +78,7 @@ void UI_NodeCanvas::deleteSelection() {
     if (ids.empty()) return;
     capturePlaces();
     for (const std::string& id : ids) {
-        host.nodeGoes(id);
+        if (host.graph().findNode(id) != nullptr) host.nodeGoes(id);
         host.graph().deleteNode(id);
         host.nodePositions().erase(id);
         host.setFolded(id, false);
