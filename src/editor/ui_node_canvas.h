@@ -59,8 +59,11 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     // --- what is seen and chosen
     void frameAll();
     void frameSelection();  // everything when nothing is selected
-    // Opens the palette with its corner at a place of the screen; the node comes to lie there.
+    // Opens the palette with its corner at a place of the screen. The node comes to lie there, or
+    // in the middle of the canvas when that place is not on it.
     void openPalette(int screenX, int screenY);
+    // Ends every gesture, and closes the palette and the name field: for a screen that changes.
+    void cancel();
     const std::set<std::string>& selection() const { return selection_; }
     void select(std::set<std::string> ids);
 
@@ -119,7 +122,6 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     void drawMarks(const UI_Node& box, const Node* node);
     void drawGesture();
     void drawHoverName();
-    void drawPlate(int plateX, int plateY, std::string_view text);
     void drawHint();
     bool isVisible(const UI_Node& box) const;
     bool isStressed(const UI_Node& box) const;

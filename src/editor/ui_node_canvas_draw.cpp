@@ -1,6 +1,7 @@
 // Drawing of the canvas. Nothing that is off the screen costs more than the look at its place.
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "core/engine.h"
 #include "editor/link_curve.h"
@@ -39,10 +40,7 @@ Vec2 Beside(const Vec2& point, const Vec2& normal, float distance) {
 void UI_NodeCanvas::Draw() {
     retired_.clear();
     if (hidden) {
-        endGesture();
-        for (const auto& box : boxes_) {
-            if (box->dragging) box->endDrag();
-        }
+        cancel();
         return;
     }
     updateLayout();
@@ -282,16 +280,6 @@ void UI_NodeCanvas::drawHoverName() {
     std::string text = hit.box->inputNames[input];
     if (const UI_Node* source = hit.box->inputLinks[input]) text += " < " + titleOf(source->id);
     const Vec2 socket = socketPlace(*hit.box, hit.input);
-    drawPlate(static_cast<int>(socket.x) + 10, static_cast<int>(socket.y) - 32, text);
-}
-
-void UI_NodeCanvas::drawPlate(int plateX, int plateY, std::string_view text) {
-    const int plateWidth = master->MeasureText(kTextSize, text) + 12;
-    plateX = std::max(x + 1, std::min(plateX, x + width - plateWidth - 1));
-    plateY = std::max(y + 1, plateY);
-    master->SetColor(master->colorSlots[kColorSelection]);
-    master->FillRect(plateX, plateY, plateWidth, 20);
-    master->SetColor(master->colorSlots[kColorPanelBorder]);
-    master->OutlineRect(plateX, plateY, plateWidth, 20);
-    master->DrawText(plateX + 6, plateY + 14, kTextSize, master->colorSlots[kColorText], text);
+    master->ShowTooltip(std::move(text), static_cast<int>(socket.x) + 10,
+                        static_cast<int>(socket.y) - 34);
 }

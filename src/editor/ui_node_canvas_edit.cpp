@@ -173,13 +173,19 @@ std::vector<std::string> UI_NodeCanvas::meantIds() const {
     return ids;
 }
 
-// All go one way: off while any of them is on.
+// All go one way: off while any of them is on. An output is not taken by any node, so that there is
+// nobody who could pass over it.
 void UI_NodeCanvas::toggleDisabled() {
     std::vector<Node*> nodes;
-    for (const std::string& id : meantIds()) {
-        if (Node* node = host.graph().findNode(id)) nodes.push_back(node);
+    const std::vector<std::string> ids = meantIds();
+    for (const std::string& id : ids) {
+        Node* node = host.graph().findNode(id);
+        if (node != nullptr && node->getType() != kOutputNode) nodes.push_back(node);
     }
-    if (nodes.empty()) return;
+    if (nodes.empty()) {
+        if (!ids.empty()) tell("An output cannot be switched off");
+        return;
+    }
     const bool anyOn = std::any_of(nodes.begin(), nodes.end(),
                                    [](const Node* node) { return node->disabled == 0; });
     for (Node* node : nodes) node->disabled = anyOn ? 1 : 0;
@@ -194,7 +200,10 @@ void UI_NodeCanvas::toggleFold() {
                                      [this](const std::string& id) { return !host.folded(id); });
     for (const std::string& id : ids) host.setFolded(id, anyOpen);
     applyFolds();
-    std::erase_if(selection_, [this](const std::string& id) { return !boxOf(id)->enabled; });
+    std::erase_if(selection_, [this](const std::string& id) {
+        const UI_Node* box = boxOf(id);
+        return box == nullptr || !box->enabled;
+    });
     applySelection();
     host.graphChanged();
     tell(anyOpen ? "Folded: what is behind is out of reach until H unfolds it" : "Unfolded");

@@ -53,7 +53,7 @@ UI_NodeCanvas::Hit UI_NodeCanvas::hitAt(int pixelX, int pixelY) const {
 
 bool UI_NodeCanvas::HandleEvent(UI_Event* event) {
     if (hidden) {
-        endGesture();
+        cancel();
         return false;
     }
     if (eventDepth_ == 0) retired_.clear();
@@ -112,6 +112,16 @@ void UI_NodeCanvas::endGesture() {
     gesture_ = Gesture::None;
     linkDrag_ = {};
     releaseCapture();
+}
+
+void UI_NodeCanvas::cancel() {
+    endGesture();
+    for (const auto& box : boxes_) {
+        if (box->dragging) box->endDrag();
+    }
+    dragStarts_.clear();
+    palette_->close();
+    nameField_->close();
 }
 
 bool UI_NodeCanvas::handlePress(UI_Event* event) {
@@ -415,7 +425,9 @@ void UI_NodeCanvas::openPaletteFor(int screenX, int screenY, const LinkDrag& dra
     if (open.source != nullptr) heading = "New node behind " + titleOf(drag.source);
     if (open.target != nullptr) heading = "New node before " + titleOf(drag.target);
     paletteLink_ = drag;
-    newNodePlace_ = view.toCanvas({static_cast<float>(screenX), static_cast<float>(screenY)});
+    const bool onCanvas = Contains(screenX, screenY);
+    newNodePlace_ = view.toCanvas({static_cast<float>(onCanvas ? screenX : x + width / 2),
+                                   static_cast<float>(onCanvas ? screenY : y + height / 2)});
     palette_->open(screenX, screenY, catalog_->fittingTypes(open), std::move(heading));
 }
 

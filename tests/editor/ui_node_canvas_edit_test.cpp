@@ -361,6 +361,37 @@ TEST_F(CanvasEdits, ESwitchesNodesOffAndOn) {
     EXPECT_NE(node("mid")->disabled, 0) << "the one under the pointer without a selection";
 }
 
+TEST_F(CanvasEdits, AnOutputIsNotSwitchedOff) {
+    canvas.select({"out"});
+    key('E');
+    EXPECT_EQ(node("out")->disabled, 0);
+    EXPECT_EQ(host.status, "An output cannot be switched off");
+}
+
+TEST_F(CanvasEdits, ThePaletteOfAButtonElsewhereMakesANodeInTheMiddle) {
+    canvas.openPalette(10, 10);
+    type("camera");
+    key(kKeyReturn);
+    EXPECT_EQ(middle("Camera1").x, kLeft + 500);
+    EXPECT_EQ(middle("Camera1").y, kTop + 300);
+}
+
+TEST_F(CanvasEdits, CancelClosesWhatIsOpen) {
+    key(kKeyTab);
+    canvas.cancel();
+    EXPECT_EQ(master.captured, nullptr);
+    canvas.select({"mid"});
+    key(kKeyF1 + 1);
+    type("New");
+    canvas.cancel();
+    EXPECT_EQ(master.captured, nullptr);
+    EXPECT_EQ(master.DisplayNameOf("mid"), "mid");
+    press(middle("mid"));
+    canvas.cancel();
+    EXPECT_EQ(master.captured, nullptr);
+    EXPECT_FALSE(box("mid").dragging);
+}
+
 TEST_F(CanvasEdits, LArrangesTheBoxes) {
     box("src").SetPosition(kLeft + 100, kTop + 900);
     key('L');
