@@ -38,21 +38,26 @@ class CanvasPictures : public UiTest {
     UI_NodeCanvas canvas;
 };
 
-TEST_F(CanvasPictures, ABoxAtZoomOneIsTheBoxItself) {
+TEST_F(CanvasPictures, ABoxAtZoomOneIsTheBoxItselfAlsoInADrag) {
     add("Glow1", "Camera", 100, 100);
     canvas.rebuildBoxes();
     canvas.view.shift = {7, -9};
-    const Picture picture = draw();
     UI_Node lone(&master, nullptr, "Glow1", 20 + 100 + 7, 30 + 100 - 9, 0);
     begin(kOutside);
     lone.Draw();
     const Picture expected = end();
-    for (int y = lone.y; y < lone.y + 20; ++y) {
-        for (int x = lone.x; x < lone.x + 160; ++x) {
-            ASSERT_LT(Difference(picture.at(x, y), expected.at(x, y)), kBlendTolerance)
-                << x << ", " << y;
+    const auto expectLone = [&](const Picture& picture, int leaveOut) {
+        for (int y = lone.y + leaveOut; y < lone.y + 20 - leaveOut; ++y) {
+            for (int x = lone.x + leaveOut; x < lone.x + 160 - leaveOut; ++x) {
+                ASSERT_LT(Difference(picture.at(x, y), expected.at(x, y)), kBlendTolerance)
+                    << x << ", " << y;
+            }
         }
-    }
+    };
+    expectLone(draw(), 0);
+    Play(master, 513, lone.x + 50, lone.y + 10);
+    ASSERT_EQ(master.captured, canvas.boxOf("Glow1"));
+    expectLone(draw(), 1);  // but for the outline of what is selected
 }
 
 TEST_F(CanvasPictures, NothingIsDrawnOutsideTheCanvas) {
