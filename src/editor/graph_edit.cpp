@@ -100,7 +100,8 @@ std::set<LinkEnd> FeedbackLinks(const Engine& engine) {
     return std::move(walk.feedback);
 }
 
-std::vector<std::string> NodesBehind(const Engine& engine, const std::string& id) {
+std::vector<std::string> NodesBehind(const Engine& engine, const std::string& id,
+                                     const std::set<LinkEnd>& feedback) {
     const Node* root = engine.findNode(id);
     std::vector<const Node*> list;
     std::vector<std::string> ids;
@@ -108,8 +109,11 @@ std::vector<std::string> NodesBehind(const Engine& engine, const std::string& id
     std::unordered_set<const Node*> seen = {root};
     list.push_back(root);
     for (std::size_t i = 0; i < list.size(); ++i) {
-        for (const Node* source : list[i]->inputs) {
-            if (source != nullptr && seen.insert(source).second) list.push_back(source);
+        const Node* node = list[i];
+        for (int port = 0; port < node->inputCount; ++port) {
+            const Node* source = node->getInput(port);
+            if (source == nullptr || feedback.contains({node, port})) continue;
+            if (seen.insert(source).second) list.push_back(source);
         }
     }
     for (std::size_t i = 1; i < list.size(); ++i) ids.push_back(list[i]->id);

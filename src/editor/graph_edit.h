@@ -30,5 +30,7 @@ using LinkEnd = std::pair<const Node*, int>;
 // The links that close a cycle: those that lead back, on a walk from the outputs and then from all
 // other nodes, to a node whose inputs are being walked.
 std::set<LinkEnd> FeedbackLinks(const Engine& engine);
-// The ids of all nodes that feed this one, directly or not; never its own.
-std::vector<std::string> NodesBehind(const Engine& engine, const std::string& id);
+// The ids of all nodes that feed this one, directly or not; never its own. Links that close cycles
+// are not followed: what comes after a node would be behind it, too.
+std::vector<std::string> NodesBehind(const Engine& engine, const std::string& id,
+                                     const std::set<LinkEnd>& feedback);

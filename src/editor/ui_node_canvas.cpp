@@ -148,9 +148,10 @@ void UI_NodeCanvas::applyFolds() {
         box->open = !host.folded(box->id);
         box->enabled = true;
     }
+    const std::set<LinkEnd> feedback = FeedbackLinks(host.graph());
     for (const auto& root : boxes_) {
         if (root->open) continue;
-        for (const std::string& id : NodesBehind(host.graph(), root->id)) {
+        for (const std::string& id : NodesBehind(host.graph(), root->id, feedback)) {
             if (UI_Node* box = boxOf(id)) box->setEnabled(false);
         }
     }

@@ -21,6 +21,7 @@ constexpr Vec4 kKnife = {1, 0.3f, 0.25f, 1};
 constexpr int kGridPitch = 80;         // pixels of the canvas
 constexpr float kLeastGridPitch = 24;  // pixels of the screen
 constexpr int kTextSize = 12;
+constexpr float kFoldedAlpha = 0.35f;  // of sockets and outputs
 constexpr float kLinkWidth = 2, kStressedWidth = 3.2f;
 constexpr float kSoftEdge = 1.8f, kSoftAlpha = 0.3f;
 constexpr float kDash = 8, kDashPeriod = 14, kDashSpeed = 0.25f;  // pixels, a draw
@@ -200,7 +201,7 @@ void UI_NodeCanvas::drawSockets(const UI_Node& box) {
         Vec4 color = lit ? bright : source != nullptr ? source->color : kEmptySocket;
         if (linkInHand && linkDrag_.fromOutput && !lit) color.a = 0.3f;
         if (hovered) color = master->colorSlots[kColorText];
-        master->SetColor(color);
+        master->SetColor(WithAlpha(color, box.enabled ? 1 : kFoldedAlpha));
         master->FillRect(view.screenX(socket.x) - half - more / 2,
                          view.screenY(socket.y) - rise - more, 2 * half + 1 + more, rise + more);
     }
@@ -208,7 +209,8 @@ void UI_NodeCanvas::drawSockets(const UI_Node& box) {
     const bool lit = linkInHand && !linkDrag_.fromOutput && wouldFeed(box);
     const bool hovered = hover_.box == &box && hover_.part == Part::Output;
     const int reach = std::max(view.scaled(hovered || lit ? 11 : 8), 2);
-    master->SetColor(lit ? bright : hovered ? master->colorSlots[kColorText] : box.color);
+    const Vec4& color = lit ? bright : hovered ? master->colorSlots[kColorText] : box.color;
+    master->SetColor(WithAlpha(color, box.enabled ? 1 : kFoldedAlpha));
     master->FillRect(view.screenX(box.x + box.width / 2) - reach, view.screenY(box.y + box.height),
                      2 * reach, std::max(view.scaled(4), 1));
 }

@@ -162,10 +162,13 @@ bool UI_NodeCanvas::pressBox(UI_Node& box, UI_Event* event) {
         return true;
     }
     if (!selection_.contains(box.id)) select({box.id});
+    const std::set<LinkEnd> feedback = FeedbackLinks(host.graph());
     std::set<std::string> moving = selection_;
     for (const std::string& id : selection_) {
         if (!host.folded(id)) continue;  // a folded part goes along
-        for (std::string& behind : NodesBehind(host.graph(), id)) moving.insert(std::move(behind));
+        for (std::string& behind : NodesBehind(host.graph(), id, feedback)) {
+            moving.insert(std::move(behind));
+        }
     }
     dragStarts_.clear();
     for (const std::string& id : moving) {

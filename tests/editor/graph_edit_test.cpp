@@ -96,7 +96,7 @@ TEST_F(GraphEdit, LongChainsNeedNoStack) {
         engine.connect("n" + std::to_string(i - 1), "n" + std::to_string(i), 0);
     }
     EXPECT_THAT(feedback(), IsEmpty());
-    EXPECT_EQ(NodesBehind(engine, "n" + std::to_string(kLength - 1)).size(), kLength - 1u);
+    EXPECT_EQ(NodesBehind(engine, "n" + std::to_string(kLength - 1), {}).size(), kLength - 1u);
 }
 
 TEST_F(GraphEdit, WhatIsBehindANodeIsListedOnceAndWithoutIt) {
@@ -106,8 +106,19 @@ TEST_F(GraphEdit, WhatIsBehindANodeIsListedOnceAndWithoutIt) {
     engine.connect("d", "b", 0);
     engine.connect("d", "c", 0);
     engine.connect("a", "d", 0);
-    EXPECT_THAT(NodesBehind(engine, "a"), ElementsAre("b", "c", "d"));
-    EXPECT_THAT(NodesBehind(engine, "not there"), IsEmpty());
+    EXPECT_THAT(NodesBehind(engine, "a", {}), ElementsAre("b", "c", "d"));
+    EXPECT_THAT(NodesBehind(engine, "not there", {}), IsEmpty());
+}
+
+TEST_F(GraphEdit, WhatComesAfterANodeIsNotBehindItThroughFeedback) {
+    for (const std::string id : {"first", "last"}) engine.makeNode(id);
+    engine.makeOutput("out");
+    engine.connect("first", "last", 0);
+    engine.connect("last", "out", 0);
+    engine.connect("last", "first", 1);
+    const auto links = FeedbackLinks(engine);
+    EXPECT_THAT(NodesBehind(engine, "first", links), IsEmpty());
+    EXPECT_THAT(NodesBehind(engine, "last", links), ElementsAre("first"));
 }
 
 TEST_F(GraphEdit, TheLayoutGivesEveryNodeAPlaceOfItsOwn) {
