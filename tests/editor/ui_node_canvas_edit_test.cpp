@@ -245,8 +245,8 @@ TEST_F(CanvasEdits, NodesArePastedIntoAnotherProject) {
     other.typeNames = {"Node"};
     FakeCanvasHost otherHost(other);
     otherHost.clipboard = host.clipboard;
-    UI_NodeCanvas otherCanvas(otherHost, 0, 0, 500, 500);
     UI_Master otherMaster;
+    UI_NodeCanvas otherCanvas(otherHost, 0, 0, 500, 500);
     otherMaster.AddTopLevel(&otherCanvas);
     Play(otherMaster, 512, 250, 250);
     Play(otherMaster, 256, 0, 0, kKeyControl);
