@@ -1,5 +1,7 @@
 #include "app/builtin_node_types.h"
 
+#include <type_traits>
+
 #include "core/image_node_sequence.h"
 #include "core/image_node_time_switch.h"
 #include "core/transform3d_node_time_switch.h"
@@ -28,9 +30,22 @@
 namespace {
 
 template <typename NodeClass>
-std::unique_ptr<Node> Make(Engine& engine, const std::string& id) {
+std::unique_ptr<Node> MakeNode(Engine& engine, const std::string& id) {
     return std::make_unique<NodeClass>(&engine, id);
 }
+
+template <typename NodeClass>
+constexpr int FamilyOf() {
+    if (std::is_base_of_v<OutputNode, NodeClass>) return kOutputNode;
+    if (std::is_base_of_v<ImageNode, NodeClass>) return kImageNode;
+    if (std::is_base_of_v<GeometryNode, NodeClass>) return kGeometryNode;
+    if (std::is_base_of_v<Transform3DNode, NodeClass>) return kTransform3DNode;
+    static_assert(std::is_base_of_v<Node, NodeClass>);
+    return kMaterialNode;
+}
+
+template <typename NodeClass>
+const NodeFactory Make = {MakeNode<NodeClass>, FamilyOf<NodeClass>()};
 
 std::unique_ptr<Node> MakeViewer(Engine& engine, const std::string& id) {
     return std::make_unique<UI_ViewerNode>(&engine, id, engine.viewerTarget);
@@ -40,7 +55,7 @@ std::unique_ptr<Node> MakeViewer(Engine& engine, const std::string& id) {
 
 std::vector<NodeType> BuiltInNodeTypes() {
     return {
-        {"Viewer", MakeViewer},
+        {"Viewer", {MakeViewer, kOutputNode}},
         {"Reader", Make<ImageNode_Reader>},
         {"Transform2D", Make<ImageNode_Transform2D>},
         {"ObjReader", Make<GeometryNode_ObjReader>},

@@ -23,10 +23,25 @@ class Engine;
 class FrameProfiler;
 class GL_FrameBuffer;
 
+// How to make a node of a type, and its family (a NodeFamily) where that is known beforehand.
+struct NodeFactory {
+    using Function = std::unique_ptr<Node> (*)(Engine& engine, const std::string& id);
+    static constexpr int kUnknownFamily = -1;
+
+    NodeFactory(Function makeNode, int nodeFamily = kUnknownFamily)
+        : make(makeNode), family(nodeFamily) {}
+    std::unique_ptr<Node> operator()(Engine& engine, const std::string& id) const {
+        return make(engine, id);
+    }
+
+    Function make;
+    int family;
+};
+
 // A built-in node type: the name in menus and files, and how to make one.
 struct NodeType {
     const char* name;
-    std::unique_ptr<Node> (*make)(Engine& engine, const std::string& id);
+    NodeFactory make;
 };
 
 class Engine : public Value_Keyframe_Handler {
@@ -40,6 +55,7 @@ class Engine : public Value_Keyframe_Handler {
     // Default strings, the scan of the folder Scripts, the list of types. True when the folder
     // could be opened.
     bool init();
+    const std::vector<NodeType>& builtInTypes() const { return builtInTypes_; }
     // One frame: music, animation, then every output in order, each with what it pulls.
     void update(float timeSeconds);
 

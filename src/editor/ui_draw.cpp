@@ -10,7 +10,6 @@
 namespace {
 
 constexpr int kCircleSteps = 90;
-constexpr float kDiscRadius = 8;
 constexpr int kTooltipTextSize = 12, kTooltipMargin = 8, kTooltipHeight = 22;  // pixels
 
 Vec2 OnCircle(int centerX, int centerY, float radius, int step) {
@@ -117,11 +116,15 @@ void UI_Master::DrawRing(int centerX, int centerY, int radius) {
     }
 }
 
-void UI_Master::DrawDisc(int centerX, int centerY) {
+void UI_Master::FillQuad(const Vec2 (&corners)[4]) {
+    batch_->addQuad(corners, currentColor);
+}
+
+void UI_Master::DrawDisc(int centerX, int centerY, float radius) {
     const Vec2 center = {static_cast<float>(centerX), static_cast<float>(centerY)};
     for (int step = 0; step < kCircleSteps; ++step) {
-        const Vec2 next = OnCircle(centerX, centerY, kDiscRadius, step + 1);
-        batch_->addQuad({center, OnCircle(centerX, centerY, kDiscRadius, step), next, next},
+        const Vec2 next = OnCircle(centerX, centerY, radius, step + 1);
+        batch_->addQuad({center, OnCircle(centerX, centerY, radius, step), next, next},
                         currentColor);
     }
 }

@@ -74,8 +74,10 @@ class UI_Master {
     void DrawTexturedRect(int x, int y, int w, int h, bool flipV);
     void OutlineRect(int x, int y, int w, int h);
     void DrawRing(int centerX, int centerY, int radius);
-    void DrawDisc(int centerX, int centerY);  // of radius 8
+    void DrawDisc(int centerX, int centerY, float radius = 8);
     void DrawThickLine(float lineWidth, int x1, int y1, int x2, int y2);
+    // Corners in the order of a triangle strip.
+    void FillQuad(const Vec2 (&corners)[4]);
     // In verdana, baseline at x, y; the current colour stays as it is.
     void DrawText(int x, int y, int pixelSize, const Vec4& rgba, std::string_view text);
     int MeasureText(int pixelSize, std::string_view text);
