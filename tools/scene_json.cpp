@@ -113,8 +113,9 @@ bool SceneReader::mode(const Json& object, const std::string& place, std::int32_
     }
     if (it->is_number_integer()) {
         const auto wide = it->get<std::int64_t>();
+        const bool beyond = it->is_number_unsigned() && wide < 0;
         value = static_cast<std::int32_t>(wide);
-        if (value == wide) return true;
+        if (value == wide && !beyond) return true;
     }
     return fail(place, "\"mode\" must be \"over\", \"screen\", \"dodge\" or a whole number");
 }

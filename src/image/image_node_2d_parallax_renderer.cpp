@@ -159,7 +159,7 @@ void ImageNode_2DParallaxRenderer::makePrograms() {
     blurShader = std::make_unique<DirectionalBlur>();
     composeShader = MakeLayerProgram("composeShader", "parallax_compose.frag");
     composeDodgeShader = MakeLayerProgram("composeDodgeShader", "parallax_dodge.frag");
-    overProgram_ = std::make_unique<LayerProgram>(*composeShader);
+    composeProgram_ = std::make_unique<LayerProgram>(*composeShader);
     dodgeProgram_ = std::make_unique<LayerProgram>(*composeDodgeShader);
     setError(!composeShader->linked);
 }
@@ -191,7 +191,7 @@ bool ImageNode_2DParallaxRenderer::process() {
     const DrawnLayers layers = drawLayers(slot, sceneSeconds);
     const float amount = glow.amount * glowIntensity;
     const bool glows = (amount != 0 && (layers.haveNeon || glowMask != 1)) || !skipNeutralWork;
-    if (glows) blurNeon(layers.target, glow.lengthScale);
+    if (glows) blurGlow(layers.target, glow.lengthScale);
     compose(layers.target, glows, amount);
     return true;
 }
@@ -209,7 +209,7 @@ ImageNode_2DParallaxRenderer::DrawnLayers ImageNode_2DParallaxRenderer::drawLaye
     std::size_t slot, float sceneSeconds) const {
     const NodePass nodePass(*this, "layers");
     const ImageNode* fx = imageInput(0);
-    LayerPass pass{overProgram_.get(), 0, fx == nullptr ? nullptr : fx->images[0].get(),
+    LayerPass pass{composeProgram_.get(), 0, fx == nullptr ? nullptr : fx->images[0].get(),
                    fx == nullptr ? Mat4{} : fx->textureMatrix};
     glEnable(GL_BLEND);
     pass.program->shader.Use();
@@ -225,7 +225,7 @@ ImageNode_2DParallaxRenderer::DrawnLayers ImageNode_2DParallaxRenderer::drawLaye
         if (layer->mode == kModeDodge && slot == kDodgeSlot) {
             beginDodge(pass);
         } else {
-            beginOver(pass, layer->mode);
+            beginBlended(pass, layer->mode);
         }
         drawLayer(pass, *layer, *place);
     }
@@ -239,10 +239,10 @@ ImageNode_2DParallaxRenderer::DrawnLayers ImageNode_2DParallaxRenderer::drawLaye
     return {*layerBuffers[pass.target], pass.haveNeon};
 }
 
-void ImageNode_2DParallaxRenderer::beginOver(LayerPass& pass, std::int32_t mode) const {
-    if (pass.program != overProgram_.get()) {
+void ImageNode_2DParallaxRenderer::beginBlended(LayerPass& pass, std::int32_t mode) const {
+    if (pass.program != composeProgram_.get()) {
         glEnable(GL_BLEND);
-        pass.program = overProgram_.get();
+        pass.program = composeProgram_.get();
         pass.program->shader.Use();
         BindOrClear(nullptr, kBackgroundUnit);
         BindOrClear(nullptr, kBackgroundNeonUnit);
@@ -281,7 +281,7 @@ void ImageNode_2DParallaxRenderer::drawLayer(LayerPass& pass, const ParallaxLaye
     DrawFullScreenQuad();
 }
 
-void ImageNode_2DParallaxRenderer::blurNeon(const GL_FrameBuffer& layers, float lengthScale) const {
+void ImageNode_2DParallaxRenderer::blurGlow(const GL_FrameBuffer& layers, float lengthScale) const {
     const NodePass nodePass(*this, "glow");
     const Vec2 pixel = {1.0f / 1920.0f, 1.0f / 1080.0f};
     const float length = lengthScale * glowRadius;
@@ -293,13 +293,13 @@ void ImageNode_2DParallaxRenderer::blurNeon(const GL_FrameBuffer& layers, float 
 void ImageNode_2DParallaxRenderer::compose(const GL_FrameBuffer& layers, bool glows,
                                            float glowAmount) const {
     const NodePass nodePass(*this, "compose");
-    const LayerProgram& program = *overProgram_;
+    const LayerProgram& program = *composeProgram_;
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_COLOR);
     program.shader.Use();
     BeginTarget(*resultBuffer);
     glClear(GL_COLOR_BUFFER_BIT);
-    // The matrix stays that of the front layer: wanted, as the colour of the clear is.
+    // The matrix stays that of the last layer drawn with this program, a quirk that scenes show.
     glUniform4f(program.rect, -1, -1, 1, 1);
     glUniform1f(program.neonIntensity, 0);
     glUniform1f(program.maskedEffectIntensity, 0);

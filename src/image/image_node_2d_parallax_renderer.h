@@ -1,8 +1,8 @@
 // Plays layered 2-D animation: up to 30 scenes on one timeline, each a .scn file of picture layers
 // with a track of keys. The layers of the scene that the time falls in are drawn into a colour and
-// a neon picture; the neon is blurred and laid over the colour as a glow. A picture on the input is
-// shown through the layers that are masks. Type name "2D Parallax Engine". Main thread, with the
-// OpenGL context; pictures are decoded on all cores.
+// a neon picture; the colour, weighted by the neon, is blurred and laid over as a glow. A picture
+// on the input is shown through the layers that are masks. Type name "2D Parallax Engine". Main
+// thread, with the OpenGL context; pictures are decoded on all cores.
 #pragma once
 
 #include <array>
@@ -119,11 +119,11 @@ class ImageNode_2DParallaxRenderer : public ImageNode {
 
     DrawnLayers drawLayers(std::size_t slot, float sceneSeconds) const;
     void drawLayer(LayerPass& pass, const ParallaxLayer& layer, const ParallaxPlace& place) const;
-    void beginOver(LayerPass& pass, std::int32_t mode) const;
+    void beginBlended(LayerPass& pass, std::int32_t mode) const;
     void beginDodge(LayerPass& pass) const;
-    void blurNeon(const GL_FrameBuffer& layers, float lengthScale) const;
+    void blurGlow(const GL_FrameBuffer& layers, float lengthScale) const;
     void compose(const GL_FrameBuffer& layers, bool glows, float glowAmount) const;
 
-    std::unique_ptr<LayerProgram> overProgram_, dodgeProgram_;
+    std::unique_ptr<LayerProgram> composeProgram_, dodgeProgram_;
     std::unique_ptr<LoadPlan> plan_;  // made ahead of the load pass
 };

@@ -8,6 +8,7 @@
 #include <future>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 class TaskPool;
@@ -32,7 +33,8 @@ class PictureQueue {
 
     // Begins to decode, until `count` pictures wait or are being worked on.
     void decodeAhead(TaskPool& pool, std::size_t count);
-    // The next picture in the order of the list; decodes it here when that has not been begun.
+    // The next picture in the order of the list, of which one must be left; decodes it here when
+    // that has not been begun.
     Picture takeNext();
     std::size_t left() const { return wanted_.size() - taken_; }
 

@@ -242,7 +242,7 @@ TEST(ParallaxPlace, OpacityThatIsNotAboveZeroIsNoPlace) {
 }
 
 TEST(ParallaxPlace, TheWalkFindsTimesThatAreNotAtTheirIndex) {
-    // 10 keys a second: at 0.5 s the search begins at key 9 and walks down to 5.
+    // 10 keys a second.
     std::vector<ParallaxKey> slow;
     for (int i = 0; i < 10; ++i) {
         slow.push_back(Key(static_cast<float>(i) / 10, 8 * static_cast<float>(i)));
@@ -251,7 +251,7 @@ TEST(ParallaxPlace, TheWalkFindsTimesThatAreNotAtTheirIndex) {
     EXPECT_NEAR(LeftAt(slow, 0.55f), 72, kPixelTolerance);
     // Begins at key 6 and walks down to key 2, whose two intervals hold the time.
     EXPECT_NEAR(LeftAt(slow, 0.11f), 8 * (2 + (0.11 - 0.1) / 0.2), 1e-3);
-    // 240 keys a second: begins at 12 and walks up to 47.
+    // 240 keys a second: begins at 11 and walks up to 47.
     std::vector<ParallaxKey> fast;
     for (int i = 0; i < 100; ++i) {
         fast.push_back(Key(static_cast<float>(i) / 240, 8 * static_cast<float>(i)));
@@ -268,7 +268,8 @@ TEST(ParallaxPlace, AWalkOffTheTrackLeavesTheKeyThatItBeganAt) {
 }
 
 TEST(ParallaxPlace, TimesOutOfOrderEndTheWalk) {
-    // From key 2 the walk goes up (4 > keys[3]), from key 3 down (4 < keys[2]), and so on.
+    // From key 2 the walk goes up, as the time is above that of key 3, from key 3 down, as it is
+    // below that of key 2, and so on.
     std::vector<ParallaxKey> keys = Track(8, 8);
     keys[1].time = 0;
     keys[2].time = 9;

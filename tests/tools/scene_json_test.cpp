@@ -116,6 +116,9 @@ TEST(SceneJson, FaultsNameTheirPlace) {
               "layers[0]: \"mode\" must be \"over\", \"screen\", \"dodge\" or a whole number");
     EXPECT_EQ(FaultOf(Layer("\"name\": \"a\", \"mode\": 2147483648, \"rect\": [0,0,1,1]")),
               "layers[0]: \"mode\" must be \"over\", \"screen\", \"dodge\" or a whole number");
+    EXPECT_EQ(
+        FaultOf(Layer("\"name\": \"a\", \"mode\": 18446744073709551615, \"rect\": [0,0,1,1]")),
+        "layers[0]: \"mode\" must be \"over\", \"screen\", \"dodge\" or a whole number");
     EXPECT_EQ(FaultOf(Layer("\"name\": \"a\", \"depth\": -1, \"rect\": [0,0,1,1]")),
               "layers[0]: \"depth\" must not be below 0");
     EXPECT_EQ(FaultOf(Layer("\"name\": \"a\", \"sampled\": [[0, 1]]")),
