@@ -1,12 +1,12 @@
 // The root of the editor: owns the widgets and the player's clock, and does what the editor's
 // controls ask for. It has two screens. In presentation one bare image panel fills the picture and
-// the program is a player. In authoring there are the toolbar, the picture, the node canvas, the key
-// timeline and the panels; they are made when that screen is first shown. Main thread, with the
+// the program is a player. In authoring there are the toolbar, the picture, the node canvas, the
+// key timeline and the panels; they are made when that screen is first shown. Main thread, with the
 // OpenGL context.
 #pragma once
 
-#include <ctime>
 #include <cstdint>
+#include <ctime>
 #include <functional>
 #include <map>
 #include <memory>
@@ -145,8 +145,8 @@ class UI_Engine : public UI_Evt_ValueChanged {
     UI_TextBox* pathBox2 = nullptr;  // of the data folder
     UI_Button* showEditorButton = nullptr;
 
-    std::int32_t imageBackdrop = 0;    // backdrop colour of the image panel
-    std::int32_t stepRateIndex = 3;    // of kStepRates
+    std::int32_t imageBackdrop = 0;     // backdrop colour of the image panel
+    std::int32_t stepRateIndex = 3;     // of kStepRates
     std::uint32_t knownTrackCount = 0;  // tracks that the timeline was last made for
     int layoutMode = kLayoutNodeCanvas;
     std::int64_t selectedOutput = -1;  // of outputs; -1: none is on screen
@@ -193,6 +193,8 @@ class UI_Engine : public UI_Evt_ValueChanged {
     UI_TextBox* addTextBox(ValueString& value, std::string& text, int y);
     void setEditorHidden(bool hide);
     void updateLabels();
+    bool handleShortcut(const UI_Event& event);
+    std::string hintOfMoment() const;
 
     // --- commands: ui_engine_commands.cpp
     bool doFileCommand(const UI_Object* sender);
@@ -220,7 +222,6 @@ class UI_Engine : public UI_Evt_ValueChanged {
 
     bool editorHidden_ = false;
     std::size_t savedFingerprint_ = 0;
-    std::string loadedGui_;  // side-file of the project that was loaded last
     std::unique_ptr<NodeCanvasHost> canvasHost_;
     std::unique_ptr<AuthoringScreen> screen_;
     // Panels that were closed; they die between events, since an event may be on its way through

@@ -19,6 +19,7 @@ void UI_StatusLine::Tell(std::string_view text) {
 }
 
 void UI_StatusLine::Draw() {
+    if (hidden) return;
     const Vec4* colors = master->colorSlots;
     master->SetColor(colors[kColorPanel]);
     master->FillRect(x, y, width, height);

@@ -19,6 +19,7 @@ class UI_StatusLine : public UI_Object {
 
     static constexpr int kMessageDraws = 240;
 
+    bool hidden = false;
     std::string message;
     std::function<std::string()> hint;  // of the moment; may be empty
 
