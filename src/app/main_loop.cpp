@@ -25,8 +25,7 @@ bool HandleMessage(Session& session, const WindowMessage& message) {
         return true;
     }
     if (IsKeyDown(message, kKeyEscape) && !ui.presentationMode) {
-        if (ui.CloseOverlay()) return true;
-        if (ui.master.captured == nullptr) return !ui.MayQuit();
+        if (ui.master.captured == nullptr) return ui.GiveUp() || !ui.MayQuit();
     }
     ui.master.Dispatch(message);
     return true;

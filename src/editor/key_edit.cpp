@@ -39,7 +39,8 @@ std::vector<Keyframe> WithoutKeys(const PickedKeys& before) {
 }
 
 std::int32_t NextKeyMode(std::int32_t mode) {
-    if (mode < kKeyCosine || mode >= kKeyEaseOut) return mode == kKeyEaseOut ? kKeyCosine : kKeyLinear;
+    if (mode < kKeyCosine || mode >= kKeyEaseOut)
+        return mode == kKeyEaseOut ? kKeyCosine : kKeyLinear;
     return mode + 1;
 }
 

@@ -8,8 +8,8 @@
 #include "core/keyframe_track.h"
 
 struct PickedKeys {
-    std::vector<Keyframe> keys;     // in order of time
-    std::set<std::size_t> picked;   // indices
+    std::vector<Keyframe> keys;    // in order of time
+    std::set<std::size_t> picked;  // indices
 };
 
 // Moves the picked keys, none before time 0; they move together. A key that comes to lie at the

@@ -66,8 +66,8 @@ void KeyTimelineView::pan(int dx, int dy) {
 void KeyTimelineView::frameTimes(float least, float most) {
     constexpr float kShortest = 1;  // seconds
     const float range = std::max(most - least, kShortest) * (1 + 2 * kRoom);
-    pixelsPerSecond = std::clamp(static_cast<float>(width) / range, kLeastPixelsPerSecond,
-                                 kMostPixelsPerSecond);
+    pixelsPerSecond =
+        std::clamp(static_cast<float>(width) / range, kLeastPixelsPerSecond, kMostPixelsPerSecond);
     startSeconds = (least + most) / 2 - static_cast<float>(width) / pixelsPerSecond / 2;
 }
 

@@ -18,9 +18,9 @@ struct BeatGrid {
 struct KeyTimelineView {
     // Pixels of the screen.
     int left = 0, top = 0, width = 1, height = 1;
-    float startSeconds = 0;         // at the left edge
+    float startSeconds = 0;  // at the left edge
     float pixelsPerSecond = 20;
-    float topValue = 1;             // at the upper edge
+    float topValue = 1;  // at the upper edge
     float pixelsPerValue = 100;
 
     float timeAt(int pixelX) const;

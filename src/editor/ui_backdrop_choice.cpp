@@ -5,9 +5,9 @@
 
 namespace {
 
-constexpr int kHeight = 30;                  // pixels
-constexpr int kSwatch = 22, kPitch = 30;     // pixels
-constexpr int kTextSize = 12;                // pixels
+constexpr int kHeight = 30;               // pixels
+constexpr int kSwatch = 22, kPitch = 30;  // pixels
+constexpr int kTextSize = 12;             // pixels
 
 }  // namespace
 

@@ -66,9 +66,9 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void ProjectLoaded(const std::string& path);
     // Asks the user where work would be lost. False: the program is to go on.
     bool MayQuit();
-    // Closes what covers the screen, the sheet of keys or the list of messages; false when nothing
-    // does.
-    bool CloseOverlay();
+    // Closes what covers the screen, the sheet of keys or the list of messages, or else gives up
+    // what is selected; false when there is nothing of the kind.
+    bool GiveUp();
 
     // --- commands
     void Save();

@@ -32,7 +32,8 @@ constexpr int kLeftWidth = 376;
 constexpr int kTop = kToolbar + kGap, kBottom = kHeight - kFoot;
 constexpr int kLowerY = 608;  // of the canvas and the timeline
 constexpr int kLeftPanelHeight = 236;
-constexpr int kButtonHeight = 30, kButtonY = 9, kRow = 32;
+constexpr int kButtonHeight = 30, kRow = 32;
+constexpr int kButtonY = 9 + kGap;  // on the toolbar, which begins above the screen
 constexpr int kPanelRowX = 5, kPanelRowWidth = kLeftWidth - 2 * kPanelRowX;
 constexpr int kFirstRow = 22;
 
@@ -77,7 +78,8 @@ void UI_Engine::makeAuthoringScreen() {
 }
 
 void UI_Engine::makeTopPanel() {
-    topPanel = std::make_unique<UI_Panel>(0, 0, kWidth, kToolbar, false);
+    // A panel leaves out its upper two rows.
+    topPanel = std::make_unique<UI_Panel>(0, -kGap, kWidth, kTop + kGap, false);
     int left = 8;
     const auto add = [&](const char* text, int width, const char* tooltip) {
         UI_Button* button = addButton(*topPanel, text, left, kButtonY, width, tooltip);
@@ -106,7 +108,7 @@ void UI_Engine::makeTopPanel() {
     layoutButton1 = add("Keys", 56, "The keyframes below the picture");
     layoutButton2 = add("Picture", 68, "A larger picture, and neither of them");
     addTool("Help", 52, "A sheet of all keys and gestures (F1)", screen_->helpPressed);
-    topPanel->children.back()->SetPosition(kWidth - 132, kButtonY);
+    topPanel->children.back()->SetPosition(kWidth - 132, kButtonY - kGap);
     screen_->helpPressed.edited = [this] { screen_->keySheet.Open(); };
     hideEditorButton =
         addButton(*topPanel, "Hide", kWidth - 72, kButtonY, 64, "Only the picture, with its pins");
@@ -264,11 +266,17 @@ void UI_Engine::endGestures() {
     master.capturedOnTop = false;
 }
 
-bool UI_Engine::CloseOverlay() {
-    if (presentationMode || (!screen_->log->open && !screen_->keySheet.isOpen())) return false;
-    screen_->log->open = false;
-    screen_->keySheet.Close();
-    return true;
+bool UI_Engine::GiveUp() {
+    if (presentationMode) return false;
+    if (screen_->log->open || screen_->keySheet.isOpen()) {
+        screen_->log->open = false;
+        screen_->keySheet.Close();
+        return true;
+    }
+    const bool picks = !nodeCanvas->selection().empty() || !keyTimeline->PickedIndices().empty();
+    nodeCanvas->select({});
+    keyTimeline->PickKeys({});
+    return picks;
 }
 
 // --- what is seen

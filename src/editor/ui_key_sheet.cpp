@@ -40,16 +40,16 @@ constexpr KeyLine kLeftLines[] = {
 constexpr KeyLine kRightLines[] = {
     {nullptr, "Node canvas"},
     {"Tab", "palette of node types; also right click on empty canvas"},
-    {"drag socket", "link; off an input: cut"},
-    {"drag box", "move; with others selected: all of them"},
+    {"drag socket", "link; off an input: take the link away"},
+    {"Ctrl drag", "knife: cuts the links that it crosses"},
     {"drag empty", "select by a frame; Shift adds"},
     {"right click", "on a box: its properties"},
-    {"middle drag", "pan"},
-    {"wheel", "zoom about the pointer"},
+    {"middle drag", "pan; the wheel zooms about the pointer"},
     {"Delete", "delete the selected nodes"},
-    {"Ctrl+C X V D", "copy, cut, paste, duplicate"},
-    {"F", "show the selected nodes"},
-    {"Home", "show all nodes"},
+    {"Ctrl+C X V D", "copy, cut, paste, duplicate; Ctrl+A: select all"},
+    {"F2", "name the node; also a double click"},
+    {"E, H", "switch the node off or on; fold what is behind it"},
+    {"F, Home, L", "show the selected; show all; lay out in order"},
     {nullptr, "Key timeline"},
     {"drag ruler", "move in time"},
     {"double click", "add a key"},
@@ -63,7 +63,7 @@ constexpr KeyLine kRightLines[] = {
     {"Home", "show the whole track"},
 };
 
-constexpr int kSheetX = 260, kSheetY = 110, kSheetWidth = 1400, kSheetHeight = 860;  // pixels
+constexpr int kSheetX = 260, kSheetY = 120, kSheetWidth = 1400, kSheetHeight = 810;  // pixels
 constexpr int kRow = 30, kKeysWidth = 150;
 constexpr int kTextSize = 14;
 

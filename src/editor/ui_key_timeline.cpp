@@ -52,9 +52,9 @@ UI_KeyTimeline::UI_KeyTimeline(Engine& owner, int timelineX, int timelineY, int 
 UI_KeyTimeline::~UI_KeyTimeline() = default;
 
 std::vector<UI_Object*> UI_KeyTimeline::controls() const {
-    return {trackSelection.get(), modeButtons[0].get(), modeButtons[1].get(), modeButtons[2].get(),
-            modeButtons[3].get(), deleteButton.get(),   frameButton.get(),    snapButton.get(),
-            tempoControl.get()};
+    return {trackSelection.get(), modeButtons[0].get(), modeButtons[1].get(),
+            modeButtons[2].get(), modeButtons[3].get(), deleteButton.get(),
+            frameButton.get(),    snapButton.get(),     tempoControl.get()};
 }
 
 // From the left to the right along the upper edge.
@@ -155,12 +155,12 @@ void UI_KeyTimeline::FrameTrack() {
     const KeyframeTrack* track = ChosenTrack();
     if (track == nullptr || track->keys().empty()) return;
     const auto& keys = track->keys();
-    const auto [first, last] = std::minmax_element(
-        keys.begin(), keys.end(),
-        [](const Keyframe& a, const Keyframe& b) { return a.time < b.time; });
-    const auto [least, most] = std::minmax_element(
-        keys.begin(), keys.end(),
-        [](const Keyframe& a, const Keyframe& b) { return a.value < b.value; });
+    const auto [first, last] =
+        std::minmax_element(keys.begin(), keys.end(),
+                            [](const Keyframe& a, const Keyframe& b) { return a.time < b.time; });
+    const auto [least, most] =
+        std::minmax_element(keys.begin(), keys.end(),
+                            [](const Keyframe& a, const Keyframe& b) { return a.value < b.value; });
     view.frameTimes(first->time, last->time);
     view.frameValues(least->value, most->value);
 }

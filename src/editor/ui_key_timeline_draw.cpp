@@ -242,8 +242,8 @@ void UI_KeyTimeline::drawKeys(const KeyframeTrack& track) {
             }
         }
         if (!picked || picked_.size() > 1) continue;
-        const std::string text = ShortNumber(keys[i].value) + " at " +
-                                 TimeLabelText(keys[i].time) + ", " + KeyModeName(keys[i].mode);
+        const std::string text = ShortNumber(keys[i].value) + " at " + TimeLabelText(keys[i].time) +
+                                 ", " + KeyModeName(keys[i].mode);
         master->DrawText(keyX + 10, keyY - 8, kTextSize, colors[kColorKeyed], text);
     }
 }

@@ -32,8 +32,7 @@ bool UI_KeyTimeline::inRuler(int pixelX, int pixelY) const {
 }
 
 bool UI_KeyTimeline::inList(int pixelX, int pixelY) const {
-    return pixelX >= x && pixelX < view.left && pixelY >= y + kHeaderHeight &&
-           pixelY < y + height;
+    return pixelX >= x && pixelX < view.left && pixelY >= y + kHeaderHeight && pixelY < y + height;
 }
 
 // The nearest key that the pointer is on; of several at the same place the last.
@@ -43,8 +42,8 @@ int UI_KeyTimeline::keyAt(int pixelX, int pixelY) const {
     int found = -1, nearest = kKeyReach + 1;
     for (std::size_t i = 0; i < track->keys().size(); ++i) {
         const Keyframe& key = track->keys()[i];
-        const int away = std::max(std::abs(view.xOf(key.time) - pixelX),
-                                  std::abs(view.yOf(key.value) - pixelY));
+        const int away =
+            std::max(std::abs(view.xOf(key.time) - pixelX), std::abs(view.yOf(key.value) - pixelY));
         if (away > kKeyReach || away > nearest) continue;
         nearest = away;
         found = static_cast<int>(i);
@@ -239,9 +238,8 @@ void UI_KeyTimeline::dragKeys(const UI_Event& event) {
     int dx = event.x - pressX_, dy = event.y - pressY_;
     if (master->shiftKeyDown()) (std::abs(dx) > std::abs(dy) ? dy : dx) = 0;
     const float from = dragKeys_.keys[grabbed_].time;
-    const float to = dx == 0
-                         ? from
-                         : snapped(from + static_cast<float>(dx) / view.pixelsPerSecond, event);
+    const float to =
+        dx == 0 ? from : snapped(from + static_cast<float>(dx) / view.pixelsPerSecond, event);
     const PickedKeys after =
         MoveKeys(dragKeys_, to - from, -static_cast<float>(dy) / view.pixelsPerValue);
     track->setKeys(after.keys);

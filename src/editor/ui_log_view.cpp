@@ -27,6 +27,14 @@ bool IsFaultLine(std::string_view line) {
     return false;
 }
 
+bool IsRoutineLine(std::string_view line) {
+    for (const std::string_view start :
+         {"Texture Memory Consumed", " Successfully linked", "Load Script from File"}) {
+        if (line.starts_with(start)) return true;
+    }
+    return false;
+}
+
 std::vector<std::string> LinesOf(const std::vector<std::string>& messages) {
     std::vector<std::string> lines;
     bool startsLine = true;
@@ -51,17 +59,22 @@ void UI_LogView::refresh() {
     if (count == seenMessages_) return;
     seenMessages_ = count;
     lines_ = LinesOf(RecentDebugOutput());
+    stripLines_.clear();
+    for (const std::string& line : lines_) {
+        if (!IsRoutineLine(line)) stripLines_.push_back(line);
+    }
 }
 
 // `rows` lines of which `last` is the one after the lowest.
-void UI_LogView::drawLines(int left, int top, int columns, int rows, std::size_t last) {
+void UI_LogView::drawLines(const Lines& lines, int left, int top, int columns, int rows,
+                           std::size_t last) {
     const UI_Clip inside(*master, left, top, columns, rows * kRowHeight);
     const std::size_t first = last > static_cast<std::size_t>(rows)
                                   ? last - static_cast<std::size_t>(rows)
                                   : std::size_t{0};
     int baseline = top + 12;
     for (std::size_t i = first; i < last; ++i) {
-        const std::string& line = lines_[i];
+        const std::string& line = lines[i];
         master->DrawText(left, baseline, kTextSize, IsFaultLine(line) ? kFault : kQuiet, line);
         baseline += kRowHeight;
     }
@@ -71,7 +84,11 @@ void UI_LogView::Draw() {
     refresh();
     master->SetColor(master->colorSlots[kColorSelection]);
     master->FillRect(x, y, width, height);
-    drawLines(x + kMargin, y + 4, width - 2 * kMargin, (height - 6) / kRowHeight, lines_.size());
+    drawLines(stripLines_, x + kMargin, y + 4, width - 2 * kMargin, (height - 6) / kRowHeight,
+              stripLines_.size());
+    if (!stripLines_.empty()) return;
+    master->DrawText(x + kMargin, y + 16, kTextSize, kQuiet,
+                     "All is well. A click shows all messages.");
 }
 
 bool UI_LogView::HandleEvent(UI_Event* event) {
@@ -98,7 +115,7 @@ void UI_LogView::DrawList() {
     const auto rows = static_cast<std::size_t>(rowsOfList());
     const std::size_t most = lines_.size() > rows ? lines_.size() - rows : 0;
     scrolledUp_ = std::min(scrolledUp_, most);
-    drawLines(kListX + kMargin, kListY + kHeading, kListWidth - 2 * kMargin, rowsOfList(),
+    drawLines(lines_, kListX + kMargin, kListY + kHeading, kListWidth - 2 * kMargin, rowsOfList(),
               lines_.size() - scrolledUp_);
 }
 
@@ -107,7 +124,8 @@ bool UI_LogView::HandleListEvent(const UI_Event& event) {
     if (!open) return false;
     if (event.type == UI_EventType::Wheel) {
         const std::size_t step = event.value == 0 ? 0 : kRowsAWheelNotch;
-        scrolledUp_ = event.value > 0 ? scrolledUp_ + step : scrolledUp_ - std::min(scrolledUp_, step);
+        scrolledUp_ =
+            event.value > 0 ? scrolledUp_ + step : scrolledUp_ - std::min(scrolledUp_, step);
     }
     if (event.type == UI_EventType::LeftUp || event.type == UI_EventType::RightUp) open = false;
     return event.type != UI_EventType::KeyDown && event.type != UI_EventType::KeyUp;

@@ -12,6 +12,9 @@
 // Does the line tell of something that went wrong?
 bool IsFaultLine(std::string_view line);
 
+// Does the line only tell that all is as it should be? The strip leaves such lines out.
+bool IsRoutineLine(std::string_view line);
+
 // The messages' texts as lines; a message need not end one.
 std::vector<std::string> LinesOf(const std::vector<std::string>& messages);
 
@@ -30,10 +33,12 @@ class UI_LogView : public UI_Object {
 
   private:
     void refresh();
-    void drawLines(int left, int top, int columns, int rows, std::size_t last);
+    using Lines = std::vector<std::string>;
+    void drawLines(const Lines& lines, int left, int top, int columns, int rows, std::size_t last);
     int rowsOfList() const;
 
-    std::vector<std::string> lines_;
+    Lines lines_;
+    Lines stripLines_;
     std::size_t seenMessages_ = static_cast<std::size_t>(-1);
     std::size_t scrolledUp_ = 0;  // lines
 };

@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr int kMargin = 5, kGap = 8;      // pixels
-constexpr int kBarWidth = 8;              // pixels
+constexpr int kMargin = 5, kGap = 8;  // pixels
+constexpr int kBarWidth = 8;          // pixels
 constexpr int kPixelsAWheelNotch = 60;
 constexpr int kWheelNotch = 120;
 constexpr Vec4 kQuiet = {0.5f, 0.5f, 0.5f, 1};

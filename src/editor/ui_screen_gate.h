@@ -16,7 +16,8 @@ class UI_ScreenGate : public UI_Object {
 
     // True when the event is theirs. May be empty.
     std::function<bool(const UI_Event&)> overlays;
-    std::function<bool(const UI_Event&)> shortcuts;  // presses of keys, repeats of held ones left out
+    std::function<bool(const UI_Event&)>
+        shortcuts;  // presses of keys, repeats of held ones left out
 
   private:
     bool isRepeat(const UI_Event& event);
