@@ -23,7 +23,6 @@ namespace {
 
 constexpr float kSeconds = 62;  // of the demo, in all pictures
 constexpr int kBesideAnimated = 3;
-constexpr const char *kTrackNode = "Transform2D1", *kTrackValue = "Position";
 
 class ScreenPictures {
   public:
@@ -78,6 +77,21 @@ std::vector<std::string> AnimatedNodes(const Engine& engine) {
     return ids;
 }
 
+// The track with the most keys of those that the moment lies in.
+int BusyTrack(const UI_KeyTimeline& timeline) {
+    int busiest = 0;
+    std::size_t most = 0;
+    for (std::size_t i = 0; i < timeline.tracks.size(); ++i) {
+        const std::vector<Keyframe>& keys = timeline.tracks[i]->keys();
+        if (keys.size() <= most || keys.front().time > kSeconds || keys.back().time < kSeconds) {
+            continue;
+        }
+        most = keys.size();
+        busiest = static_cast<int>(i);
+    }
+    return busiest;
+}
+
 bool WriteAll(Session& session, const fs::path& folder) {
     UI_Engine& ui = *session.ui;
     ScreenPictures pictures(session, folder);
@@ -88,8 +102,8 @@ bool WriteAll(Session& session, const fs::path& folder) {
     bool written = pictures.write("authoring-nodes");
     ui.SetLayoutMode(kLayoutKeyTimeline);
     pictures.send(512, 0, 900, 820);
-    ui.keyTimeline->ChooseTrackOf(kTrackNode, kTrackValue);
-    ui.keyTimeline->PickKeys({3});
+    ui.keyTimeline->ChooseTrack(BusyTrack(*ui.keyTimeline));
+    ui.keyTimeline->PickKeys({2});
     written = pictures.write("authoring-keys") && written;
     ui.SetLayoutMode(kLayoutNeither);
     pictures.send(512, 0, 900, 400);

@@ -12,6 +12,12 @@ constexpr float kLeastPixelsPerValue = 1e-6f, kMostPixelsPerValue = 1e7f;
 constexpr float kLeastBeatsPerMinute = 1;
 constexpr float kRoom = 0.08f;  // of the range, on both sides
 
+// Numbers of files may be anything, and a float of that size still tells pixels apart.
+bool IsRange(float least, float most) {
+    constexpr float kFurthest = 1e9f;
+    return least <= most && least >= -kFurthest && most <= kFurthest;
+}
+
 }  // namespace
 
 float BeatGrid::beatSeconds() const {
@@ -64,6 +70,7 @@ void KeyTimelineView::pan(int dx, int dy) {
 }
 
 void KeyTimelineView::frameTimes(float least, float most) {
+    if (!IsRange(least, most)) return;
     constexpr float kShortest = 1;  // seconds
     const float range = std::max(most - least, kShortest) * (1 + 2 * kRoom);
     pixelsPerSecond =
@@ -72,6 +79,7 @@ void KeyTimelineView::frameTimes(float least, float most) {
 }
 
 void KeyTimelineView::frameValues(float least, float most) {
+    if (!IsRange(least, most)) return;
     const float level = std::max(1e-3f, std::fabs(most) * 0.2f);  // a level track is no line
     const float range = std::max(most - least, level) * (1 + 2 * kRoom);
     pixelsPerValue =

@@ -31,7 +31,8 @@ struct KeyTimelineView {
     void zoomTime(int aboutX, float factor);
     void zoomValues(int aboutY, float factor);
     void pan(int dx, int dy);
-    // Shows the ranges with some room around them; `most` may equal `least`.
+    // Shows the ranges with some room around them; `most` may equal `least`. What is no range of
+    // numbers within a milliard changes nothing.
     void frameTimes(float least, float most);
     void frameValues(float least, float most);
 };

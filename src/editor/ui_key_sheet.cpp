@@ -41,7 +41,7 @@ constexpr KeyLine kRightLines[] = {
     {nullptr, "Node canvas"},
     {"Tab", "palette of node types; also right click on empty canvas"},
     {"drag socket", "link; off an input: take the link away"},
-    {"Ctrl drag", "knife: cuts the links that it crosses"},
+    {"Ctrl right drag", "knife: cuts the links that it crosses"},
     {"drag empty", "select by a frame; Shift adds"},
     {"right click", "on a box: its properties"},
     {"middle drag", "pan; the wheel zooms about the pointer"},

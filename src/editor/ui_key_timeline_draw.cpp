@@ -9,6 +9,7 @@
 #include "editor/ui_key_timeline.h"
 #include "editor/ui_key_timeline_layout.h"
 #include "editor/ui_labels.h"
+#include "editor/ui_pixels.h"
 #include "editor/ui_selection.h"
 #include "editor/ui_value_control.h"
 
@@ -62,7 +63,7 @@ std::string ShortNumber(float number) {
 
 std::string RulerText(float seconds, float step) {
     char text[48];
-    const int minutes = static_cast<int>(seconds / 60);
+    const int minutes = TruncateToPixel(seconds / 60);
     const float rest = seconds - static_cast<float>(minutes) * 60;
     std::snprintf(text, sizeof text, step < 1 ? "%d:%05.2f" : "%d:%02.0f", minutes,
                   static_cast<double>(rest));
@@ -151,9 +152,9 @@ void UI_KeyTimeline::drawGrid() {
     const float fine = grid.stepAtLeast(kLeastGridPixels / view.pixelsPerSecond);
     const float coarse = fine * 4;
     const float first = std::max(0.0f, std::floor(view.startSeconds / fine));
-    for (float i = first;; ++i) {
+    for (int n = 0; n <= view.width / kLeastGridPixels + 2; ++n) {
+        const float i = first + static_cast<float>(n);
         const int lineX = view.xOf(i * fine);
-        if (lineX > view.left + view.width) break;
         const bool strong = std::fmod(i * fine + fine / 2, coarse) < fine;
         master->SetColor(strong ? kBarLine : kGridLine);
         master->FillRect(lineX, view.top, 1, view.height);
@@ -184,9 +185,10 @@ void UI_KeyTimeline::drawRuler() {
     master->SetColor(master->colorSlots[kColorSelection]);
     master->FillRect(view.left, top, view.width, kRulerHeight);
     const float step = grid.stepAtLeast(kLeastLabelPixels / view.pixelsPerSecond);
-    for (float i = std::max(0.0f, std::floor(view.startSeconds / step));; ++i) {
+    const float first = std::max(0.0f, std::floor(view.startSeconds / step));
+    for (int n = 0; n <= view.width / kLeastLabelPixels + 2; ++n) {
+        const float i = first + static_cast<float>(n);
         const int markX = view.xOf(i * step);
-        if (markX > view.left + view.width) break;
         master->SetColor(master->colorSlots[kColorPanelBorder]);
         master->FillRect(markX, top + kRulerHeight - 6, 1, 6);
         master->DrawText(markX + 4, top + 15, kTextSize, kQuiet, RulerText(i * step, step));

@@ -28,11 +28,8 @@ bool IsFaultLine(std::string_view line) {
 }
 
 bool IsRoutineLine(std::string_view line) {
-    for (const std::string_view start :
-         {"Texture Memory Consumed", " Successfully linked", "Load Script from File"}) {
-        if (line.starts_with(start)) return true;
-    }
-    return false;
+    return line.starts_with("Texture Memory Consumed") ||
+           line.starts_with("Load Script from File") || line.ends_with("Successfully linked.");
 }
 
 std::vector<std::string> LinesOf(const std::vector<std::string>& messages) {

@@ -1,6 +1,5 @@
 #include "editor/ui_properties_panel.h"
 
-#include <algorithm>
 #include <sstream>
 
 #include "core/engine.h"
@@ -97,7 +96,13 @@ void UI_PropertiesPanel::AddWidgets(UI_ImagePanel& pins) {
     SetSize(width, top + kFoot);
 }
 
-void UI_PropertiesPanel::Refresh() {
+void UI_PropertiesPanel::Draw() {
+    if (hidden) return;
+    refresh();
+    UI_Panel::Draw();
+}
+
+void UI_PropertiesPanel::refresh() {
     for (const auto& child : children) child->SyncKeyed();
     const Node* node = engine_.findNode(id);
     faults_ = node == nullptr ? std::vector<std::string>() : FaultsOf(*node);

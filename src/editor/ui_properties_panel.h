@@ -25,15 +25,16 @@ class UI_PropertiesPanel : public UI_Panel {
 
     // Adds a widget for each value, and for places a pin on the picture.
     void AddWidgets(UI_ImagePanel& pins);
-    // Takes up whether values are animated, and the node's faults, whose lines make the panel
-    // longer.
-    void Refresh();
+    // Takes up before whether values are animated, and the node's faults, whose lines make the
+    // panel longer.
+    void Draw() override;
     void DrawOverlay() override;
 
     const std::string id;
 
   private:
     void addWidget(UI_Object* widget, int& top);
+    void refresh();
 
     Engine& engine_;
     int widgetsHeight_ = 0;
