@@ -75,7 +75,7 @@ void UI_Engine::BeginFrameUpdate() {
     }
     if (presentationMode) return;
     updateLabels();
-    if (tracksChanged()) RefreshTimeline();
+    if (!keyTimeline->IsUpToDate()) RefreshTimeline();
 }
 
 void UI_Engine::updateLabels() {

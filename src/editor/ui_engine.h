@@ -218,7 +218,6 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void graphChanged();
     std::vector<std::string> closeAllPanels();
     void bury(UI_Panel* panel);
-    bool tracksChanged() const;
 
     bool editorHidden_ = false;
     std::size_t savedFingerprint_ = 0;

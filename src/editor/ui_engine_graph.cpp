@@ -61,21 +61,6 @@ void UI_Engine::RefreshTimeline() {
     keyTimeline->RebuildTrackList();
 }
 
-// Another number of tracks, or other tracks of the same number: one may have gone and another come
-// between two frames.
-bool UI_Engine::tracksChanged() const {
-    std::size_t count = 0;
-    for (const auto& [id, list] : engine->tracks) count += list.size();
-    if (count != knownTrackCount || count != keyTimeline->tracks.size()) return true;
-    auto known = keyTimeline->tracks.begin();
-    for (const auto& [id, list] : engine->tracks) {
-        for (const auto& track : list) {
-            if (track.get() != *known++) return true;
-        }
-    }
-    return false;
-}
-
 void UI_Engine::OpenPanel(const std::string& id) {
     if (propertiesPanel == nullptr || engine->findNode(id) == nullptr) return;
     UI_Panel*& place = openPanels[id];

@@ -83,13 +83,27 @@ std::string UI_KeyTimeline::optionText(const KeyframeTrack& track) const {
     return (master == nullptr ? node : master->DisplayNameOf(node)) + "." + rest;
 }
 
+bool UI_KeyTimeline::IsUpToDate() const {
+    std::size_t index = 0;
+    for (const auto& [id, list] : engine_.tracks) {
+        for (const auto& track : list) {
+            if (index >= names_.size() || index >= tracks.size()) return false;
+            if (track.get() != tracks[index] || track->name != names_[index]) return false;
+            ++index;
+        }
+    }
+    return index == tracks.size();
+}
+
 void UI_KeyTimeline::RebuildTrackList() {
+    names_.clear();
     trackChoice.options.clear();
     trackChoice.value = -1;
     for (const KeyframeTrack* track : tracks) {
         if (track->name == chosenName_ && trackChoice.value < 0) {
             trackChoice.value = static_cast<std::int32_t>(trackChoice.options.size());
         }
+        names_.push_back(track->name);
         trackChoice.options.push_back(optionText(*track));
     }
     trackSelection->TakeOptions(trackChoice);
@@ -103,10 +117,11 @@ void UI_KeyTimeline::RebuildTrackList() {
 // The list may be older than the engine's tracks: only a pointer that the engine has is followed.
 KeyframeTrack* UI_KeyTimeline::ChosenTrack() const {
     const auto index = static_cast<std::size_t>(trackChoice.value);
-    if (trackChoice.value < 0 || index >= tracks.size()) return nullptr;
+    if (trackChoice.value < 0 || index >= tracks.size() || index >= names_.size()) return nullptr;
     for (const auto& [id, list] : engine_.tracks) {
         for (const auto& track : list) {
-            if (track.get() == tracks[index]) return track.get();
+            if (track.get() != tracks[index]) continue;
+            return track->name == names_[index] ? track.get() : nullptr;
         }
     }
     return nullptr;

@@ -31,6 +31,9 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     // --- tracks
     // The engine's tracks in its order. Follow it with RebuildTrackList.
     void SetTracks(std::vector<KeyframeTrack*> list) { tracks = std::move(list); }
+    // Has the engine the very tracks that the list was made of? A new track may lie where an old
+    // one was, so names count too.
+    bool IsUpToDate() const;
     // Makes the list's texts and the choice anew, and closes the choice's list. What was chosen
     // stays chosen as long as it is there.
     void RebuildTrackList();
@@ -112,6 +115,7 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     bool inList(int pixelX, int pixelY) const;
 
     Engine& engine_;
+    std::vector<std::string> names_;  // of the tracks, at the last rebuild of the list
     std::string chosenName_;
     std::set<std::size_t> picked_;
     bool snaps_ = true;

@@ -67,8 +67,8 @@ TEST_F(UiCommandTest, SaveGoesBesideTheProjectWhenItsFolderIsOfAnotherMachine) {
 
 TEST_F(UiCommandTest, ASaveThatFailsSaysSoAndKeepsNoBackup) {
     makeScene();
-    engine.projectName = "no\\such\\folder";
     edit();
+    engine.projectName = "no\\such\\folder";
     press(ui.saveButton);
     EXPECT_THAT(ui.backupHistory, IsEmpty());
     EXPECT_THAT(said.text(), HasSubstr("cannot be written"));
@@ -170,7 +170,7 @@ TEST_F(UiCommandTest, NewAsksAndThenErases) {
     engine.addAnimation("a", "Size");
     edit();
     ui.OpenPanel("a");
-    ASSERT_EQ(ui.imagePanel->pins.size(), 2u);
+    ASSERT_EQ(ui.imagePanel->pins.size(), 1u);
     press(ui.newButton);
     EXPECT_THAT(questions, ElementsAre("Erase all data and content?"));
     EXPECT_EQ(engine.nodes.size(), 0u);
