@@ -42,7 +42,10 @@ bool EndReached(Session& session) {
     UI_Engine& ui = *session.ui;
     if (!(static_cast<double>(session.engine->time) > kEndSeconds)) return false;
     if (ui.presentationMode) return true;
-    if (ui.playing) ui.TogglePlay();
+    if (ui.playing) {
+        ui.TogglePlay();
+        ui.SetStatus("The demo ends at 230 seconds");
+    }
     return false;
 }
 

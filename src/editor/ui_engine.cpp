@@ -92,6 +92,7 @@ void UI_Engine::StartPlayback() {
 }
 
 void UI_Engine::DrawFrame() {
+    if (loading_) return;
     // The selected viewer draws into the editor's target in the next update; the others idle. In
     // presentation the list is empty and every viewer keeps the target that it was made with.
     for (Node* output : outputs) {

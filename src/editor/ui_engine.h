@@ -57,7 +57,8 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void BeginFrameUpdate();
     // Once, after the first frame: starts the clock and the music.
     void StartPlayback();
-    // Each frame after the engine's update: draws all widgets into the target that is bound.
+    // Each frame after the engine's update: draws all widgets into the target that is bound. While
+    // a load of its own runs it draws nothing.
     void DrawFrame();
 
     // May come at any time; a gesture that is under way ends without effect.
@@ -207,6 +208,7 @@ class UI_Engine : public UI_Evt_ValueChanged {
     // Loads a pair of files over the scene. False when the user refused or there is no project.
     bool replaceScene(const std::string& projectFile, const std::string& guiFile);
     void finishLoad();
+    bool load(const std::string& projectFile, bool clearScene, const std::string& prefix);
     void noteSaved();
     bool hasUnsavedWork();
     std::size_t workFingerprint();
@@ -220,6 +222,7 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void bury(UI_Panel* panel);
 
     bool editorHidden_ = false;
+    bool loading_ = false;  // a load runs: panels and outputs may point at nodes that have gone
     std::size_t savedFingerprint_ = 0;
     std::unique_ptr<NodeCanvasHost> canvasHost_;
     std::unique_ptr<AuthoringScreen> screen_;

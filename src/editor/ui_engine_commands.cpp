@@ -163,13 +163,21 @@ void UI_Engine::Save() {
     SetStatus(text);
 }
 
+// A load may show its progress, and with it the screen.
+bool UI_Engine::load(const std::string& projectFile, bool clearScene, const std::string& prefix) {
+    loading_ = true;
+    const bool loaded = engine->load(projectFile, clearScene, prefix);
+    loading_ = false;
+    return loaded;
+}
+
 bool UI_Engine::replaceScene(const std::string& projectFile, const std::string& guiFile) {
     if (!IsFile(projectFile)) {
         SetStatus("There is no " + projectFile);
         return false;
     }
     const bool hadNodes = !engine->nodes.empty();
-    const bool loaded = engine->load(projectFile, true, "");
+    const bool loaded = load(projectFile, true, "");
     // A file that is no project is found out after the scene has been cleared.
     const bool replaced = loaded || (hadNodes && engine->nodes.empty());
     if (!replaced) return false;
@@ -195,7 +203,7 @@ void UI_Engine::Import() {
     if (!chosen || !SplitImportPath(*chosen, names)) return;
     if (nodeCanvas != nullptr) nodeCanvas->capturePlaces();
     const std::string project = names.base + kProjectEnding;
-    const bool loaded = engine->load(project, false, names.prefix);
+    const bool loaded = load(project, false, names.prefix);
     LoadGui(names.base + kGuiEnding, GuiLoad::Merge, names.prefix, guiState());
     finishLoad();
     if (nodeCanvas != nullptr) nodeCanvas->frameAll();

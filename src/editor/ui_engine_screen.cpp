@@ -255,6 +255,7 @@ void UI_Engine::leaveAuthoring() {
 // Whatever has the mouse hears that the buttons come up, far from every widget, and that typing is
 // given up.
 void UI_Engine::endGestures() {
+    if (nodeCanvas != nullptr) nodeCanvas->cancel();
     constexpr int kFarAway = -30000;
     for (const UI_EventType type :
          {UI_EventType::KeyUp, UI_EventType::LeftUp, UI_EventType::MiddleUp}) {

@@ -112,6 +112,23 @@ TEST_F(UiCommandTest, ReloadWithoutAFileAsksNothingAndKeepsTheScene) {
     EXPECT_EQ(engine.nodes.size(), 3u);
 }
 
+TEST_F(UiCommandTest, AProgressThatDrawsDuringAReloadMeetsNoNodeThatHasGone) {
+    makeScene();
+    engine.addAnimation("a", "Size");
+    edit();
+    ui.OpenPanel("a");
+    press(ui.saveButton);
+    int draws = 0;
+    engine.showLoadProgress = [&](double) {
+        ui.DrawFrame();
+        ++draws;
+    };
+    press(ui.loadButton);
+    EXPECT_GT(draws, 0);
+    frame();
+    ui.DrawFrame();
+}
+
 TEST_F(UiCommandTest, AFileThatIsNoProjectLeavesAnEmptySceneThatHoldsTogether) {
     makeScene();
     edit();
