@@ -1,6 +1,6 @@
-// The authoring screen with 2000 nodes, all of their panels open, and 6000 tracks: CPU time of the
-// calling thread for the labels and lists, for the widgets with sending them, and draw calls a
-// frame; and the time that a save of 500 nodes takes.
+// The authoring screen with 2000 nodes, all of their panels open, 200 pins and 10000 tracks: CPU
+// time of the calling thread for the labels and lists, for the widgets with sending them, and draw
+// calls a frame; and the time that a save of 500 nodes takes.
 #include <GL/glew.h>
 #include <time.h>
 
@@ -30,7 +30,9 @@ class BenchNode : public ImageNode {
     BenchNode(Engine* owner, const std::string& nodeId) : ImageNode(owner, nodeId) {
         setInputCount(2);
         engine->declareFloat(this, "Size", size, 0, 1, 2, 0.5f, true);
-        engine->declareVec2(this, "Place", place, {0.5f, 0.5f}, true);
+        // Each place has a pin on the picture. Few nodes have one.
+        static int made = 0;
+        if (++made % 10 == 0) engine->declareVec2(this, "Place", place, {0.5f, 0.5f}, true);
         engine->declareVec4(this, "Tint", tint, {1, 1, 1, 1});
         engine->declareBool(this, "On", on, true);
     }
@@ -56,7 +58,7 @@ void FillGraph(Engine& engine, int count) {
     for (int i = 0; i < count; ++i) {
         engine.createNode(idOf(i), "Node");
         engine.addAnimation(idOf(i), "Size");
-        engine.addAnimation(idOf(i), "Place");
+        engine.addAnimation(idOf(i), "Tint");
         if (i >= 40) engine.connect(idOf(i - 40), idOf(i), 0);
     }
 }

@@ -103,7 +103,7 @@ bool WriteAll(Session& session, const fs::path& folder) {
     ui.SetLayoutMode(kLayoutKeyTimeline);
     pictures.send(512, 0, 900, 820);
     ui.keyTimeline->ChooseTrack(BusyTrack(*ui.keyTimeline));
-    ui.keyTimeline->PickKeys({2});
+    ui.keyTimeline->view.frameTimes(kSeconds - 4, kSeconds + 5);
     written = pictures.write("authoring-keys") && written;
     ui.SetLayoutMode(kLayoutNeither);
     pictures.send(512, 0, 900, 400);

@@ -134,6 +134,8 @@ void UI_KeyTimeline::ChooseTrack(int index) {
     picked_.clear();
     const KeyframeTrack* track = ChosenTrack();
     chosenName_ = track == nullptr ? std::string() : track->name;
+    const int rows = (height - kHeaderHeight) / kListRow;
+    if (index < listScroll_ || index >= listScroll_ + rows) listScroll_ = index - rows / 2;
     FrameTrack();
 }
 
