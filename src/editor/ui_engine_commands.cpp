@@ -142,7 +142,7 @@ void UI_Engine::ensureProjectFolder() {
     std::error_code error;
     const std::string& folder = engine->projectFolder;
     if (!folder.empty() && std::filesystem::is_directory(ResolvePath(folder), error)) return;
-    DebugOutput("There is no folder \"" + folder + "\" here: saving beside the opened project.\n");
+    DebugOutput("The folder \"" + folder + "\" is not here.\nThe project goes beside its file.\n");
     engine->projectFolder = ".";
 }
 

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <optional>
+#include <span>
 
 #include "core/engine.h"
 #include "editor/ui_button.h"
@@ -49,8 +51,19 @@ class CurveWalk {
         return from.value + (to.value - from.value) * EasingWeight(to.mode, t);
     }
 
+    // Of keys in order; none of others.
+    std::span<const Keyframe> keysBetween(float after, float before) {
+        const auto& keys = track_.keys();
+        if (!inOrder_) return {};
+        while (firstBetween_ < keys.size() && keys[firstBetween_].time <= after) ++firstBetween_;
+        std::size_t end = firstBetween_;
+        while (end < keys.size() && keys[end].time < before) ++end;
+        return {keys.data() + firstBetween_, end - firstBetween_};
+    }
+
   private:
     const KeyframeTrack& track_;
+    std::size_t firstBetween_ = 0;
     bool inOrder_;
     std::size_t next_ = 0;
 };
@@ -195,18 +208,27 @@ void UI_KeyTimeline::drawRuler() {
     }
 }
 
+// Through every key, so that no peak falls between two samples.
 void UI_KeyTimeline::drawCurve(const KeyframeTrack& track, const Vec4& color, float lineWidth) {
     CurveWalk walk(track);
     master->SetColor(color);
     std::optional<float> before;
     int beforeX = 0;
-    for (int pixel = view.left; pixel <= view.left + view.width; pixel += kCurveStep) {
-        const std::optional<float> value = walk.at(view.timeAt(pixel));
+    float beforeTime = view.timeAt(view.left);
+    const auto lineTo = [&](int pixel, std::optional<float> value) {
         if (value && before) {
             master->DrawThickLine(lineWidth, beforeX, view.yOf(*before), pixel, view.yOf(*value));
         }
         before = value;
         beforeX = pixel;
+    };
+    for (int pixel = view.left; pixel <= view.left + view.width; pixel += kCurveStep) {
+        const float time = view.timeAt(pixel);
+        for (const Keyframe& key : walk.keysBetween(beforeTime, time)) {
+            lineTo(view.xOf(key.time), key.value);
+        }
+        lineTo(pixel, walk.at(time));
+        beforeTime = time;
     }
 }
 

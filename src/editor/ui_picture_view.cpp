@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr int kMargin = 4;  // pixels, for the picture's outline
 constexpr Vec4 kSurround = {0.08f, 0.08f, 0.08f, 1};
 
 }  // namespace
@@ -16,7 +17,8 @@ UI_PictureView::UI_PictureView(UI_ImagePanel& shownPanel) : panel_(shownPanel) {
 void UI_PictureView::Place(int viewX, int viewY, int viewWidth, int viewHeight) {
     SetPosition(viewX, viewY);
     SetSize(viewWidth, viewHeight);
-    const int w = std::min(viewWidth, viewHeight * 16 / 9), h = w * 9 / 16;
+    const int w = std::min(viewWidth - 2 * kMargin, (viewHeight - 2 * kMargin) * 16 / 9);
+    const int h = w * 9 / 16;
     panel_.SetPosition(viewX + (viewWidth - w) / 2, viewY + (viewHeight - h) / 2);
     panel_.SetSize(w, h);
     panel_.clip = {true, viewX, viewY, viewWidth, viewHeight};

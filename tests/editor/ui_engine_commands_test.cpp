@@ -62,7 +62,7 @@ TEST_F(UiCommandTest, SaveGoesBesideTheProjectWhenItsFolderIsOfAnotherMachine) {
     press(ui.saveButton);
     EXPECT_TRUE(exists("work.vorn"));
     EXPECT_EQ(engine.projectFolder, ".");
-    EXPECT_THAT(said.text(), HasSubstr("There is no folder \"c:\\temp\\K4409\\\" here"));
+    EXPECT_THAT(said.text(), HasSubstr("The folder \"c:\\temp\\K4409\\\" is not here."));
 }
 
 TEST_F(UiCommandTest, ASaveThatFailsSaysSoAndKeepsNoBackup) {
