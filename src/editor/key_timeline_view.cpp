@@ -71,7 +71,7 @@ void KeyTimelineView::pan(int dx, int dy) {
 
 void KeyTimelineView::frameTimes(float least, float most) {
     if (!IsRange(least, most)) return;
-    constexpr float kShortest = 1;  // seconds
+    constexpr float kShortest = 8;  // seconds
     const float range = std::max(most - least, kShortest) * (1 + 2 * kRoom);
     pixelsPerSecond =
         std::clamp(static_cast<float>(width) / range, kLeastPixelsPerSecond, kMostPixelsPerSecond);
@@ -80,7 +80,7 @@ void KeyTimelineView::frameTimes(float least, float most) {
 
 void KeyTimelineView::frameValues(float least, float most) {
     if (!IsRange(least, most)) return;
-    const float level = std::max(1e-3f, std::fabs(most) * 0.2f);  // a level track is no line
+    const float level = std::max(1e-2f, std::fabs(most) * 0.5f);  // a level track is no line
     const float range = std::max(most - least, level) * (1 + 2 * kRoom);
     pixelsPerValue =
         std::clamp(static_cast<float>(height) / range, kLeastPixelsPerValue, kMostPixelsPerValue);

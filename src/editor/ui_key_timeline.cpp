@@ -1,6 +1,7 @@
 #include "editor/ui_key_timeline.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "core/engine.h"
 #include "editor/ui_button.h"
@@ -95,7 +96,24 @@ bool UI_KeyTimeline::IsUpToDate() const {
     return index == tracks.size();
 }
 
+// The index of the first track of a value that has just been animated; -1 when more has changed
+// than that, or less.
+int UI_KeyTimeline::freshTrack() const {
+    constexpr std::size_t kMostChannels = 4;
+    const std::size_t before = names_.size();
+    if (tracks.size() <= before || tracks.size() > before + kMostChannels) return -1;
+    const std::unordered_set<std::string_view> known(names_.begin(), names_.end());
+    int fresh = -1;
+    std::size_t added = 0;
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        if (known.contains(tracks[i]->name)) continue;
+        if (added++ == 0) fresh = static_cast<int>(i);
+    }
+    return added == tracks.size() - before ? fresh : -1;
+}
+
 void UI_KeyTimeline::RebuildTrackList() {
+    const int fresh = freshTrack();
     names_.clear();
     trackChoice.options.clear();
     trackChoice.value = -1;
@@ -107,7 +125,11 @@ void UI_KeyTimeline::RebuildTrackList() {
         trackChoice.options.push_back(optionText(*track));
     }
     trackSelection->TakeOptions(trackChoice);
-    if (trackChoice.value < 0 && !tracks.empty()) ChooseTrack(0);
+    if (fresh >= 0) {
+        ChooseTrack(fresh);
+    } else if (trackChoice.value < 0 && !tracks.empty()) {
+        ChooseTrack(0);
+    }
     if (tracks.empty()) {
         chosenName_.clear();
         picked_.clear();

@@ -35,7 +35,8 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     // one was, so names count too.
     bool IsUpToDate() const;
     // Makes the list's texts and the choice anew, and closes the choice's list. What was chosen
-    // stays chosen as long as it is there.
+    // stays chosen as long as it is there, unless a value has just been animated: then it is its
+    // first track.
     void RebuildTrackList();
     // Null when none is chosen, also when the engine has the chosen one no more.
     KeyframeTrack* ChosenTrack() const;
@@ -77,6 +78,7 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
 
     std::vector<UI_Object*> controls() const;
     void placeControls();
+    int freshTrack() const;
     std::string optionText(const KeyframeTrack& track) const;
 
     // --- ui_key_timeline_draw.cpp

@@ -65,6 +65,15 @@ TEST_F(KeyTimelineTest, ARefreshClosesTheOpenChoice) {
     EXPECT_EQ(ui.master.captured, nullptr);
 }
 
+TEST_F(KeyTimelineTest, AValueThatIsAnimatedIsChosenAtOnce) {
+    engine.addAnimation("b", "Tint");
+    frame();
+    EXPECT_EQ(timeline().ChosenTrack()->name, "b.Tint.x");
+    engine.removeAnimation("b", "Tint");
+    frame();
+    EXPECT_EQ(timeline().ChosenTrack()->name, "a.Size");
+}
+
 TEST_F(KeyTimelineTest, TheChosenTrackStaysChosenThroughARefresh) {
     engine.addAnimation("a", "Size2");
     frame();
