@@ -68,7 +68,7 @@ TEST_F(KeyTimelineTest, ARefreshClosesTheOpenChoice) {
 TEST_F(KeyTimelineTest, AValueThatIsAnimatedIsChosenAtOnce) {
     engine.addAnimation("b", "Tint");
     frame();
-    EXPECT_EQ(timeline().ChosenTrack()->name, "b.Tint.x");
+    EXPECT_EQ(timeline().ChosenTrack()->name, "b.Tint.r");
     engine.removeAnimation("b", "Tint");
     frame();
     EXPECT_EQ(timeline().ChosenTrack()->name, "a.Size");
