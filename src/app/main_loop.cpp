@@ -3,7 +3,7 @@
 #include <GL/glew.h>
 
 #include "app/session.h"
-#include "platform/debug_output.h"
+#include "platform/window.h"
 
 namespace {
 
@@ -11,12 +11,42 @@ namespace {
 constexpr double kEndSeconds = 230.0;
 constexpr std::uint32_t kMessageKeyDown = 256;
 
-void HandleMessage(Session& session, const WindowMessage& message) {
-    if (message.message == kMessageKeyDown && message.value == kKeyF12) {
-        DebugOutput("The authoring screen is not there yet.\n");
-        return;
+bool IsKeyDown(const WindowMessage& message, std::int32_t key) {
+    return message.message == kMessageKeyDown && message.value == key;
+}
+
+// False when the run is to end. While a widget has the mouse or the keyboard, Esc is its own: it
+// gives up what is typed or dragged.
+bool HandleMessage(Session& session, const WindowMessage& message) {
+    UI_Engine& ui = *session.ui;
+    if (message.message == kMessageClose) return !ui.MayQuit();
+    if (IsKeyDown(message, kKeyF12)) {
+        session.showScreen(ui.presentationMode ? ScreenKind::Authoring : ScreenKind::Presentation);
+        return true;
     }
-    session.ui->master.Dispatch(message);
+    if (IsKeyDown(message, kKeyEscape) && !ui.presentationMode) {
+        if (ui.master.captured == nullptr) return ui.GiveUp() || !ui.MayQuit();
+    }
+    ui.master.Dispatch(message);
+    return true;
+}
+
+// A player ends on the key as such, whenever it was pressed; the authoring screen hears of it as of
+// every key.
+bool EscapeEnds(Session& session) {
+    return session.window->escapePressed() && session.ui->presentationMode && session.ui->MayQuit();
+}
+
+// The demo's end ends the player. Who makes it stays, and the clock stops there.
+bool EndReached(Session& session) {
+    UI_Engine& ui = *session.ui;
+    if (!(static_cast<double>(session.engine->time) > kEndSeconds)) return false;
+    if (ui.presentationMode) return true;
+    if (ui.playing) {
+        ui.TogglePlay();
+        ui.SetStatus("The demo ends at 230 seconds");
+    }
+    return false;
 }
 
 void RunFrame(Session& session, bool& started) {
@@ -37,14 +67,13 @@ void RunFrame(Session& session, bool& started) {
 void RunMainLoop(Session& session) {
     bool started = false;
     for (;;) {
-        if (session.window->escapePressed()) return;
+        if (EscapeEnds(session)) return;
         WindowMessage message;
         if (session.window->takeMessage(message)) {
-            if (message.message == kMessageClose) return;
-            HandleMessage(session, message);
+            if (!HandleMessage(session, message)) return;
             continue;
         }
         RunFrame(session, started);
-        if (static_cast<double>(session.engine->time) > kEndSeconds) return;
+        if (EndReached(session)) return;
     }
 }

@@ -135,7 +135,6 @@ int RunProgram(const CommandLine& given) {
         Fail(commandLine.project, "no such project");
         return kExitNoProject;
     }
-    if (commandLine.edit) DebugOutput("The authoring screen is not there yet; playing.\n");
     if (commandLine.headless()) AnswerBoxesWithoutUser();
 
     std::string reason;
@@ -153,6 +152,8 @@ int RunProgram(const CommandLine& given) {
     if (commandLine.headless()) {
         exitCode = RunHeadless(*session, commandLine);
     } else {
+        if (project) session->ui->ProjectLoaded(*project);
+        if (commandLine.edit) session->showScreen(ScreenKind::Authoring);
         RunMainLoop(*session);
     }
     if (exitCode == kExitDone && commandLine.strict) return StrictExitCode(*session);

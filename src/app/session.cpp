@@ -49,6 +49,8 @@ std::unique_ptr<Session> Session::Start(WindowKind kind, std::string& reason, in
 bool Session::startEditor() {
     if (!ui->Init(engine.get())) return false;
     ui->master.readShiftKey = [this] { return window->shiftHeld(); };
+    ui->readClipboard = [this] { return window->clipboardText(); };
+    ui->writeClipboard = [this](const std::string& text) { window->setClipboardText(text); };
     engine->viewerTarget = ui->editorTarget.get();
     screen_ = std::make_unique<GL_FrameBuffer>(kFrameWidth, kFrameHeight, 1, 8, GL_RGBA,
                                                TargetDepth::None, TargetWrap::Border);
@@ -72,6 +74,11 @@ Session::~Session() {
     if (window != nullptr) ReleaseFullScreenQuad();
 }
 
+void Session::showScreen(ScreenKind kind) {
+    ui->ShowScreen(kind);
+    window->showCursor(kind == ScreenKind::Authoring);
+}
+
 // A few times a second: each costs a little of the time that the load takes.
 void Session::showLoadProgress(double part) {
     constexpr std::uint64_t kTimesPerSecond = 15;
@@ -89,7 +96,8 @@ void Session::drawEditor() {
 
 void Session::drawLoadProgress(double part) {
     constexpr int kLineHeight = 6;
-    drawPicture();
+    // The authoring screen stays as it is: what it shows is what is being replaced.
+    if (ui->presentationMode) drawPicture();
     screen_->Bind();
     glEnable(GL_SCISSOR_TEST);
     glScissor(0, 0, static_cast<int>(part * kFrameWidth), kLineHeight);

@@ -28,6 +28,9 @@ class Session {
     // What the window shows, 1920 by 1080, bottom row first.
     const GL_FrameBuffer& picture() const { return *screen_; }
 
+    // Changes between the player's picture and the authoring screen, which has a mouse pointer.
+    void showScreen(ScreenKind kind);
+
     // Members die in reverse order: the editor, the engine, the window.
     std::unique_ptr<Window> window;
     std::unique_ptr<Engine> engine;

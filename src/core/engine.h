@@ -102,6 +102,8 @@ class Engine : public Value_Keyframe_Handler {
 
     // --- projects
     bool save(const std::string& path);
+    // What save would write, with the values of time 0.
+    std::vector<std::uint8_t> sceneBytes();
     bool load(const std::string& path, bool clearSceneFirst, const std::string& idPrefix);
     void clearScene();
     // Runs process once on every node, with the GPU off, so that nodes take in new parameters.

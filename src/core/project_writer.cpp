@@ -120,28 +120,48 @@ void WriteTracks(ByteWriter& out, const Engine& engine) {
 
 }  // namespace
 
+// The sections one after the other; `whole` is false when a link section counts other nodes than it
+// has.
+static std::vector<std::uint8_t> WriteProject(const Engine& engine, bool& whole) {
+    ByteWriter out;
+    out.writeU32(kProjectMagic);
+    WriteStrings(out, engine);
+    WriteTypes(out, engine);
+    WriteCounters(out, engine);
+    whole = WriteLinks(out, engine);
+    WriteValues(out, engine);
+    WriteTracks(out, engine);
+    return {out.bytes().begin(), out.bytes().end()};
+}
+
 bool Engine::save(const std::string& path) {
     // Values are saved as they are at time zero, not as they stand on screen.
     const float timeBefore = time;
     time = 0.0f;
     updateAnimation();
 
-    ByteWriter out;
-    out.writeU32(kProjectMagic);
-    WriteStrings(out, *this);
-    WriteTypes(out, *this);
-    WriteCounters(out, *this);
-    if (!WriteLinks(out, *this)) {
+    bool whole = true;
+    const std::vector<std::uint8_t> bytes = WriteProject(*this, whole);
+    if (!whole) {
         ShowMessageBox(
             "Error while saving, check backups! I tried to save and will probably kill your "
             "precious demo. Sorry. Cancel doesn't help you either. :(",
             "VORN", MessageButtons::OkCancel);
     }
-    WriteValues(out, *this);
-    WriteTracks(out, *this);
-    if (!WriteFileAtomically(path, out.bytes())) return false;
+    if (!WriteFileAtomically(path, bytes)) return false;
 
     time = timeBefore;
     updateAnimation();
     return true;
+}
+
+std::vector<std::uint8_t> Engine::sceneBytes() {
+    const float timeBefore = time;
+    time = 0.0f;
+    updateAnimation();
+    bool whole = true;
+    std::vector<std::uint8_t> bytes = WriteProject(*this, whole);
+    time = timeBefore;
+    updateAnimation();
+    return bytes;
 }

@@ -3,6 +3,14 @@
 #include <GL/glew.h>
 
 #include "core/engine.h"
+#include "editor/ui_authoring_screen.h"
+#include "editor/ui_button.h"
+#include "editor/ui_canvas_host.h"
+#include "editor/ui_key_timeline.h"
+#include "editor/ui_label.h"
+#include "editor/ui_labels.h"
+#include "editor/ui_node_canvas.h"
+#include "editor/ui_properties_column.h"
 #include "editor/ui_viewer_node.h"
 #include "gpu/embedded_shaders.h"
 #include "gpu/gl_mem_texture.h"
@@ -60,35 +68,31 @@ void UI_Engine::showLoadingPicture() {
 }
 
 void UI_Engine::BeginFrameUpdate() {
-    if (!playing) return;
-    frameTimer.Update();
-    editorTime += frameTimer.deltaSeconds;
+    closedPanels_.clear();
+    if (playing) {
+        frameTimer.Update();
+        editorTime += frameTimer.deltaSeconds;
+    }
+    if (presentationMode) return;
+    updateLabels();
+    if (!keyTimeline->IsUpToDate()) RefreshTimeline();
+}
+
+void UI_Engine::updateLabels() {
+    timeLabel->text = TimeLabelText(editorTime);
+    frameCostLabel->text = FrameCostLabelText(engine->frameCost);
 }
 
 void UI_Engine::StartPlayback() {
     playing = true;
+    if (playButton != nullptr) playButton->keyed = true;
     frameTimer.Reset(0.0f);
     engine->music->seek(static_cast<double>(engine->time));
     engine->music->play();
 }
 
-void UI_Engine::TogglePlay() {
-    playing = !playing;
-    if (playing) frameTimer.Reset(0.0f);
-    engine->music->seek(static_cast<double>(engine->time));
-    if (playing) {
-        engine->music->play();
-    } else {
-        engine->music->pause();
-    }
-}
-
-void UI_Engine::SeekTo(float seconds) {
-    editorTime = seconds > 0.0f ? seconds : 0.0f;  // also what is no number
-    engine->music->seek(static_cast<double>(editorTime));
-}
-
 void UI_Engine::DrawFrame() {
+    if (loading_) return;
     // The selected viewer draws into the editor's target in the next update; the others idle. In
     // presentation the list is empty and every viewer keeps the target that it was made with.
     for (Node* output : outputs) {
@@ -103,7 +107,3 @@ void UI_Engine::DrawFrame() {
     master.DrawAll();
     glDisable(GL_BLEND);
 }
-
-void UI_Engine::OnValueEdited(UI_Object*) {}
-
-void UI_Engine::OnCommand(UI_Object*, int) {}

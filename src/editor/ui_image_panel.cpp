@@ -3,10 +3,10 @@
 #include <GL/glew.h>
 
 #include <cstdlib>
-#include <iterator>
 
 #include "core/value_keyframe_handler.h"
 #include "core/value_object.h"
+#include "editor/ui_clip.h"
 #include "editor/ui_master.h"
 #include "editor/ui_pixels.h"
 #include "gpu/gl_image.h"
@@ -15,9 +15,6 @@ namespace {
 
 constexpr Vec4 kWhite = {1, 1, 1, 1};
 constexpr Vec4 kPinShadow = {0, 0, 0, 0.8f};
-constexpr Vec4 kBackdrops[] = {
-    {0, 0, 0, 1}, {1, 1, 1, 1}, {1, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 1},
-};
 constexpr int kPinSize = 5;       // pixels
 constexpr int kPinTextSize = 8;   // pixels
 constexpr int kPinReachLow = 2;   // of the box that a press must hit, before the pin's place
@@ -56,6 +53,15 @@ void UI_ImagePanel::pinPlace(const ImagePin& pin, int& pinX, int& pinY) const {
 }
 
 void UI_ImagePanel::Draw() {
+    if (bare || !clip.enabled) {
+        drawAll();
+        return;
+    }
+    const UI_Clip inside(*master, clip.x, clip.y, clip.width, clip.height);
+    drawAll();
+}
+
+void UI_ImagePanel::drawAll() {
     const ScreenRect rect = screenRect();
     if (backdrop != nullptr && !bare) drawBackdrop(rect);
     if (image != nullptr && image->textureCount > 0) drawImage(rect);
@@ -72,7 +78,7 @@ void UI_ImagePanel::Draw() {
 // An index without a colour fills with the colour that was in use.
 void UI_ImagePanel::drawBackdrop(const ScreenRect& rect) {
     const int index = *backdrop;
-    if (index >= 0 && index < static_cast<int>(std::size(kBackdrops))) {
+    if (index >= 0 && index < kBackdropCount) {
         master->SetColor(kBackdrops[index]);
     }
     master->FillRect(rect.x, rect.y, rect.w, rect.h);

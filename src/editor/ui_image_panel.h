@@ -42,7 +42,19 @@ class UI_ImagePanel : public UI_Object {
     void RemovePinsOf(const UI_Panel* owner);
     void ClearPins();
 
+    static constexpr int kBackdropCount = 5;
+    static constexpr Vec4 kBackdrops[kBackdropCount] = {
+        {0, 0, 0, 1}, {1, 1, 1, 1}, {1, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 1},
+    };
+
+    // Pixels of the screen, origin top left.
+    struct Clip {
+        bool enabled = false;
+        int x = 0, y = 0, width = 0, height = 0;
+    };
+
     const GL_Image* image = nullptr;
+    Clip clip;  // where a panel that is not bare may draw
     std::string name;
     const int* backdrop = nullptr;
     bool bare;
@@ -62,6 +74,7 @@ class UI_ImagePanel : public UI_Object {
     ScreenRect screenRect() const;
     void pinPlace(const ImagePin& pin, int& pinX, int& pinY) const;
 
+    void drawAll();
     void drawBackdrop(const ScreenRect& rect);
     void drawImage(const ScreenRect& rect);
     void drawPins();

@@ -3,7 +3,6 @@
 namespace {
 
 constexpr int kHeight = 30;  // pixels
-constexpr int kTextSize = 12;
 
 }  // namespace
 
@@ -16,5 +15,5 @@ UI_Label::UI_Label(std::string labelText, int labelX, int labelY, int labelWidth
 }
 
 void UI_Label::Draw() {
-    master->DrawText(x, y + height / 2 + 5, kTextSize, master->colorSlots[color], text);
+    master->DrawText(x, y + height / 2 + 5, textSize, master->colorSlots[color], text);
 }

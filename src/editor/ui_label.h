@@ -15,4 +15,5 @@ class UI_Label : public UI_Object {
 
     std::string text;
     UI_ColorSlot color = kColorText;
+    int textSize = 12;  // pixels
 };

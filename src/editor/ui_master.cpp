@@ -72,6 +72,14 @@ bool UI_Master::Init() {
     return true;
 }
 
+void UI_Master::TakeMissingFonts(const std::string& folder) {
+    for (std::unique_ptr<TextRenderer>* font : {&verdana, &courier}) {
+        if ((*font)->usable()) continue;
+        auto other = std::make_unique<TextRenderer>(folder + "/" + (*font)->fileName(), *batch_);
+        if (other->usable()) *font = std::move(other);
+    }
+}
+
 void UI_Master::Dispatch(const WindowMessage& message) {
     const std::optional<UI_EventType> type = EventTypeOf(message.message);
     if (!type) return;

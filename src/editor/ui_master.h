@@ -50,6 +50,8 @@ class UI_Master {
     // Makes the programs and the fonts. Their failures are told on the debug channel; the result
     // is true.
     bool Init();
+    // Takes the fonts of a folder for those that the working folder does not have.
+    void TakeMissingFonts(const std::string& folder);
 
     // Input. Messages of other numbers than those of mouse and keyboard are ignored.
     void Dispatch(const WindowMessage& message);

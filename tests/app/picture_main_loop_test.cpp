@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "app/session.h"
+#include "editor/ui_text_box.h"
 #include "platform/debug_output.h"
+#include "platform/user_dialogs.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -170,6 +172,68 @@ TEST_F(MainLoop, TheCloseBoxEndsItAfterTheFrameInProgress) {
     RunMainLoop(*session_);
     EXPECT_EQ(window_->swaps, 1);
     EXPECT_TRUE(session_->ui->playing);
+}
+
+// --- the authoring screen
+
+TEST_F(MainLoop, F12ChangesTheScreenAndShowsTheCursor) {
+    std::vector<bool> presents;
+    std::vector<int> cursors;
+    window_->afterSwap = [&] {
+        presents.push_back(session_->ui->presentationMode);
+        cursors.push_back(SDL_ShowCursor(SDL_QUERY));
+        if (presents.size() == 3) window_->messages.push_back({.message = kMessageClose});
+        window_->messages.push_back({.message = 256, .value = kKeyF12});
+    };
+    RunMainLoop(*session_);
+    EXPECT_EQ(presents, (std::vector<bool>{true, false, true}));
+    EXPECT_EQ(cursors, (std::vector<int>{SDL_DISABLE, SDL_ENABLE, SDL_DISABLE}));
+}
+
+TEST_F(MainLoop, TheDemosEndStopsTheClockOfTheAuthoringScreenAndEndsNothing) {
+    session_->showScreen(ScreenKind::Authoring);
+    session_->ui->editorTime = 231.0f;
+    window_->afterSwap = [&] {
+        if (window_->swaps == 4) window_->messages.push_back({.message = kMessageClose});
+    };
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 4);
+    EXPECT_FALSE(session_->ui->playing);
+}
+
+TEST_F(MainLoop, EscIsTheTextBoxsWhileItIsTypedIntoAndThenEndsTheProgram) {
+    session_->showScreen(ScreenKind::Authoring);
+    const UI_TextBox& box = *session_->ui->pathBox1;
+    const int x = box.x + box.width / 2, y = box.y + 10;
+    window_->messages = {{.message = 513, .value = 0, .x = x, .y = y},
+                         {.message = 514, .value = 0, .x = x, .y = y},
+                         {.message = 256, .value = kKeyEscape}};
+    window_->afterSwap = [&] {
+        if (window_->swaps == 1) {
+            EXPECT_TRUE(box.focused);
+            window_->messages = {{.message = 514, .value = 0, .x = x, .y = y},
+                                 {.message = 256, .value = kKeyEscape}};
+        }
+        ASSERT_LT(window_->swaps, 3) << "Esc did not end the program";
+    };
+    window_->escapeAfterPolls = 2;  // the key as such, which only a player ends on
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 1);
+}
+
+TEST_F(MainLoop, AsksBeforeUnsavedWorkIsLost) {
+    session_->showScreen(ScreenKind::Authoring);
+    session_->engine->createNode("Viewer1", "Viewer");
+    int questions = 0;
+    const MessageBoxHandler before =
+        SetMessageBoxHandler([&](std::string_view, std::string_view, MessageButtons) {
+            return ++questions < 2 ? MessageAnswer::Cancel : MessageAnswer::Ok;
+        });
+    window_->afterSwap = [&] { window_->messages.push_back({.message = kMessageClose}); };
+    RunMainLoop(*session_);
+    SetMessageBoxHandler(before);
+    EXPECT_EQ(questions, 2);
+    EXPECT_EQ(window_->swaps, 2);
 }
 
 TEST_F(MainLoop, HidesTheCursor) {

@@ -109,6 +109,20 @@ TEST_F(WindowPath, ItPlaysOnThroughAResizeAndF12) {
     EXPECT_EQ(program_->wait(kEndSeconds).exitCode, 0);
 }
 
+TEST_F(WindowPath, EditStartsInTheAuthoringScreenWhichSavesByItsKeys) {
+    start({"--windowed", "--edit"});
+    tool({"windowfocus", "--sync", window_});
+    tool({"mousemove", "--window", window_, "600", "300"});
+    tool({"key", "ctrl+s"});
+    const std::string saved = folder_.file("demo.vorngui");
+    for (int i = 0; i < 100 && access(saved.c_str(), R_OK) != 0; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    EXPECT_EQ(access(saved.c_str(), R_OK), 0) << "no side-file";
+    tool({"key", "Escape"});
+    EXPECT_EQ(program_->wait(kEndSeconds).exitCode, 0);
+}
+
 TEST_F(WindowPath, AMissingDefaultProjectPlaysAnEmptyScene) {
     unlink(folder_.file("demo.vorn").c_str());
     start();

@@ -1,0 +1,118 @@
+#include "editor/ui_properties_panel.h"
+
+#include <sstream>
+
+#include "core/engine.h"
+#include "core/image_node_shader.h"
+#include "editor/ui_checkbox.h"
+#include "editor/ui_color_selector.h"
+#include "editor/ui_direction.h"
+#include "editor/ui_image_panel.h"
+#include "editor/ui_master.h"
+#include "editor/ui_position.h"
+#include "editor/ui_selection.h"
+#include "editor/ui_text_box.h"
+#include "editor/ui_value_control.h"
+#include "gpu/shader_program.h"
+
+namespace {
+
+constexpr int kFirstRow = 25, kLeft = 5, kRowWidth = 380, kFoot = 5;  // pixels
+constexpr int kFaultRow = 16, kFaultTextSize = 11;
+constexpr std::size_t kMostFaults = 8;
+constexpr Vec4 kFault = {1, 0.36f, 0.3f, 1};
+
+UI_Object* MakeFloatWidget(const ValueFloat& value) {
+    auto* control = new UI_ValueControl(value.name, kLeft, 0, kRowWidth, true);
+    control->value = value;
+    return control;
+}
+
+UI_Object* MakeVec2Widget(const ValueVec2& value) {
+    if (value.flag) return new UI_Direction(value, 0);
+    return new UI_Position(value, 0);
+}
+
+// Null for a value that has no row.
+UI_Object* MakeWidget(const Value_Object& value) {
+    switch (value.getType()) {
+        case kValueBool:
+            return new UI_Checkbox(static_cast<const ValueBool&>(value), 0);
+        case kValueInt: {
+            const auto& choice = static_cast<const ValueInt&>(value);
+            return choice.options.empty() ? nullptr : new UI_Selection(choice, 0, kRowWidth);
+        }
+        case kValueFloat:
+            return MakeFloatWidget(static_cast<const ValueFloat&>(value));
+        case kValueVec2:
+            return MakeVec2Widget(static_cast<const ValueVec2&>(value));
+        case kValueVec4:
+            return new UI_ColorSelector(static_cast<const ValueVec4&>(value), 0);
+        case kValueString:
+            return new UI_TextBox(static_cast<const ValueString&>(value), kLeft, 0, kRowWidth);
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> FaultsOf(const Node& node) {
+    if (!node.hasError) return {};
+    std::vector<std::string> faults;
+    if (const auto* shader = dynamic_cast<const ImageNode_Shader*>(&node)) {
+        std::istringstream log(shader->program->errorLog());
+        for (std::string line; faults.size() < kMostFaults && std::getline(log, line);) {
+            if (!line.empty()) faults.push_back(line);
+        }
+    }
+    if (faults.empty()) faults.emplace_back("This node has a fault; the messages tell which.");
+    return faults;
+}
+
+UI_PropertiesPanel::UI_PropertiesPanel(Engine& owner, std::string nodeId)
+    : UI_Panel(0, 0, kWidth, 0, true), id(std::move(nodeId)), engine_(owner) {
+    title = id;
+}
+
+void UI_PropertiesPanel::addWidget(UI_Object* widget, int& top) {
+    widget->SetPosition(widget->x, top);
+    widget->SyncKeyed();
+    top += widget->GetHeight();
+    AddChild(widget);
+}
+
+void UI_PropertiesPanel::AddWidgets(UI_ImagePanel& pins) {
+    int top = kFirstRow;
+    for (const Value_Object* value : engine_.valuesOf(engine_.findNode(id))) {
+        UI_Object* widget = MakeWidget(*value);
+        if (widget == nullptr) continue;
+        addWidget(widget, top);
+        if (dynamic_cast<UI_Position*>(widget) != nullptr) {
+            pins.AddPin(static_cast<const ValueVec2&>(*value), id + "." + value->name, this);
+        }
+    }
+    widgetsHeight_ = top;
+    SetSize(width, top + kFoot);
+}
+
+void UI_PropertiesPanel::Draw() {
+    if (hidden) return;
+    refresh();
+    UI_Panel::Draw();
+}
+
+void UI_PropertiesPanel::refresh() {
+    for (const auto& child : children) child->SyncKeyed();
+    const Node* node = engine_.findNode(id);
+    faults_ = node == nullptr ? std::vector<std::string>() : FaultsOf(*node);
+    SetSize(width, widgetsHeight_ + kFoot + kFaultRow * static_cast<int>(faults_.size()));
+}
+
+void UI_PropertiesPanel::DrawOverlay() {
+    int baseline = y + widgetsHeight_ + 13;
+    for (const std::string& fault : faults_) {
+        master->DrawText(x + 10, baseline, kFaultTextSize, kFault, fault);
+        baseline += kFaultRow;
+    }
+}

@@ -1,0 +1,42 @@
+// The properties of one node: a widget for each of its values, and the node's faults where it has
+// any. Main thread.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "editor/ui_panel.h"
+
+class Engine;
+class Node;
+class UI_ImagePanel;
+
+// What is wrong with a node, in lines; none when nothing is. Of a script's node these are the
+// compiler's words.
+std::vector<std::string> FaultsOf(const Node& node);
+
+class UI_PropertiesPanel : public UI_Panel {
+  public:
+    static constexpr int kWidth = 390;  // pixels
+
+    // Of a node of the engine; the panel must go before the node does. The height is set when the
+    // widgets are added.
+    UI_PropertiesPanel(Engine& owner, std::string nodeId);
+
+    // Adds a widget for each value, and for places a pin on the picture.
+    void AddWidgets(UI_ImagePanel& pins);
+    // Takes up before whether values are animated, and the node's faults, whose lines make the
+    // panel longer.
+    void Draw() override;
+    void DrawOverlay() override;
+
+    const std::string id;
+
+  private:
+    void addWidget(UI_Object* widget, int& top);
+    void refresh();
+
+    Engine& engine_;
+    int widgetsHeight_ = 0;
+    std::vector<std::string> faults_;
+};
