@@ -13,6 +13,8 @@ extern "C" const char* __lsan_default_suppressions() {
         // libsndfile, on Ogg files whose headers are broken.
         "leak:vorbis_info_init\n"
         "leak:libvorbis.so\n"
+        // The message bus that SDL asks for the desktop.
+        "leak:libdbus-1.so\n"
         // Mesa's drivers, with every screen.
         "leak:swrast_dri.so\n"
         "leak:libEGL_mesa.so\n"

@@ -1,6 +1,5 @@
 #include "demo/tool/dance_capture.h"
 
-#include "core/byte_stream.h"
 #include "demo/tool/dance_performance.h"
 #include "demo/tool/model_file.h"
 
@@ -40,25 +39,9 @@ std::vector<CaptureFrame> TakeOf(std::span<const CaptureFrame> dance) {
     return take;
 }
 
-std::vector<std::uint8_t> PlainCaptureBytes(std::span<const CaptureFrame> frames) {
-    ByteWriter out;
-    out.writeU32(static_cast<std::uint32_t>(frames.size()));
-    for (const CaptureFrame& frame : frames) {
-        out.writeFloat(frame.timeSeconds);
-        out.writeU32(static_cast<std::uint32_t>(frame.known.count()));
-        for (std::size_t joint = 0; joint < kJointCount; ++joint) {
-            if (!frame.known[joint]) continue;
-            out.writeU32(static_cast<std::uint32_t>(joint));
-            out.writeU32(0);
-            out.write(&frame.joints[joint].position, sizeof(Vec3));
-        }
-    }
-    return {out.bytes().begin(), out.bytes().end()};
-}
-
 bool WriteDance(const std::filesystem::path& folder, std::string& error) {
     const std::vector<CaptureFrame> dance = DanceFrames();
     return WriteBytes(folder / "dance.cap", CaptureBytes(dance), error) &&
-           WriteBytes(folder / "dance_plain.cap", PlainCaptureBytes(dance), error) &&
+           WriteBytes(folder / "dance_plain.cap", CaptureBytes(dance, CaptureForm::Plain), error) &&
            WriteBytes(folder / "dance_take.cap", CaptureBytes(TakeOf(dance)), error);
 }

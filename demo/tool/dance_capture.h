@@ -21,9 +21,6 @@ inline constexpr float kTakeStartSeconds = 150;
 inline constexpr float kTakeSeconds = 60;
 std::vector<CaptureFrame> TakeOf(std::span<const CaptureFrame> dance);
 
-// The bytes of a file in the plain form, which knows no tracking states.
-std::vector<std::uint8_t> PlainCaptureBytes(std::span<const CaptureFrame> frames);
-
 // Writes dance.cap, the extended form, dance_plain.cap, the plain form, and dance_take.cap, the
 // take in the extended form, into `folder`. False when that fails; `error` then names the file.
 bool WriteDance(const std::filesystem::path& folder, std::string& error);

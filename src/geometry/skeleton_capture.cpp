@@ -219,9 +219,10 @@ bool ReadCaptureFile(std::string_view name, std::vector<CaptureFrame>& frames) {
     return true;
 }
 
-std::vector<std::uint8_t> CaptureBytes(std::span<const CaptureFrame> frames) {
+std::vector<std::uint8_t> CaptureBytes(std::span<const CaptureFrame> frames, CaptureForm form) {
+    const bool extended = form == CaptureForm::Extended;
     ByteWriter out;
-    out.writeU32(kExtendedCapture);
+    if (extended) out.writeU32(kExtendedCapture);
     out.writeU32(static_cast<std::uint32_t>(frames.size()));
     for (const CaptureFrame& frame : frames) {
         out.writeFloat(frame.timeSeconds);
@@ -231,7 +232,7 @@ std::vector<std::uint8_t> CaptureBytes(std::span<const CaptureFrame> frames) {
             out.writeU32(static_cast<std::uint32_t>(joint));
             out.writeU32(0);
             out.write(&frame.joints[joint].position, sizeof(Vec3));
-            out.writeU32(frame.joints[joint].trackingState);
+            if (extended) out.writeU32(frame.joints[joint].trackingState);
         }
     }
     return {out.bytes().begin(), out.bytes().end()};

@@ -71,8 +71,11 @@ std::vector<CaptureFrame> ParseCapture(std::span<const std::uint8_t> bytes, std:
 // Reads a file; false, with no frames and no report, when it cannot be opened. What is wrong inside
 // it is reported in one line.
 bool ReadCaptureFile(std::string_view name, std::vector<CaptureFrame>& frames);
-// The bytes of a file in the extended form; only known joints are written.
-std::vector<std::uint8_t> CaptureBytes(std::span<const CaptureFrame> frames);
+// The two forms of a file; the plain one has no tracking states.
+enum class CaptureForm { Plain, Extended };
+// The bytes of a file; only known joints are written.
+std::vector<std::uint8_t> CaptureBytes(std::span<const CaptureFrame> frames,
+                                       CaptureForm form = CaptureForm::Extended);
 
 // Makes frames ready for playing: joints that a frame lacks are filled in from its neighbours, the
 // body is put at the origin in plan, the hips are weighed with the spine's base, and all is

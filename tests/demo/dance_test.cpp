@@ -219,7 +219,8 @@ TEST(DanceCapture, PlainAndExtendedFilesHoldTheSameFrames) {
     std::string fault;
     const std::vector<CaptureFrame> extended = ParseCapture(CaptureBytes(frames()), fault);
     EXPECT_EQ(fault, "");
-    const std::vector<CaptureFrame> plain = ParseCapture(PlainCaptureBytes(frames()), fault);
+    const std::vector<CaptureFrame> plain =
+        ParseCapture(CaptureBytes(frames(), CaptureForm::Plain), fault);
     EXPECT_EQ(fault, "");
     ASSERT_EQ(extended.size(), frames().size());
     EXPECT_EQ(CaptureBytes(extended), CaptureBytes(frames()));
