@@ -32,9 +32,13 @@ bool HandleMessage(Session& session, const WindowMessage& message) {
 }
 
 // A player ends on the key as such, whenever it was pressed; the authoring screen hears of it as of
-// every key.
-bool EscapeEnds(Session& session) {
-    return session.window->escapePressed() && session.ui->presentationMode && session.ui->MayQuit();
+// every key. A press waits in `pressed` until it is known which of the two it was meant for: an F12
+// before it may still be among the messages.
+bool EscapeEnds(Session& session, bool& pressed) {
+    pressed = session.window->escapePressed() || pressed;
+    if (!pressed || !session.ui->presentationMode) return false;
+    pressed = false;
+    return session.ui->MayQuit();
 }
 
 // The demo's end ends the player. Who makes it stays, and the clock stops there.
@@ -66,13 +70,17 @@ void RunFrame(Session& session, bool& started) {
 
 void RunMainLoop(Session& session) {
     bool started = false;
+    bool escape = false;
     for (;;) {
-        if (EscapeEnds(session)) return;
+        if (EscapeEnds(session, escape)) return;
         WindowMessage message;
         if (session.window->takeMessage(message)) {
+            const bool forAuthoring = !session.ui->presentationMode;
             if (!HandleMessage(session, message)) return;
+            if (forAuthoring && IsKeyDown(message, kKeyEscape)) escape = false;
             continue;
         }
+        escape = false;
         RunFrame(session, started);
         if (EndReached(session)) return;
     }

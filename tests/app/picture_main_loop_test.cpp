@@ -190,6 +190,16 @@ TEST_F(MainLoop, F12ChangesTheScreenAndShowsTheCursor) {
     EXPECT_EQ(cursors, (std::vector<int>{SDL_DISABLE, SDL_ENABLE, SDL_DISABLE}));
 }
 
+// The key counts from its press on, while the F12 before it is still among the messages.
+TEST_F(MainLoop, EscRightAfterF12EndsThePlayerThatF12Began) {
+    session_->showScreen(ScreenKind::Authoring);
+    window_->messages = {{.message = 256, .value = kKeyF12}, {.message = 256, .value = kKeyEscape}};
+    window_->escapeAfterPolls = 0;
+    window_->afterSwap = [&] { window_->messages.push_back({.message = kMessageClose}); };
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 0);
+}
+
 TEST_F(MainLoop, TheDemosEndStopsTheClockOfTheAuthoringScreenAndEndsNothing) {
     session_->showScreen(ScreenKind::Authoring);
     session_->ui->editorTime = 231.0f;
