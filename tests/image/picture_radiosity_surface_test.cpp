@@ -348,6 +348,37 @@ class RadiositySweepTest : public RadiosityTest {
 
 }  // namespace
 
+// The planes of the view lie at 0.1 and 10000.
+TEST_F(RadiositySurfaceTest, ShowsWhatIsNearAndWhatIsFar) {
+    addCamera({0, 0, 0}, {0, 0, -1});
+    const Material material = surface(1);
+    material->diffuseImage = plain({1, 1, 1, 1});
+    GeometryObject& square = addObject(SquareMesh(), material, Mat4{});
+    const auto middle = [&](float distance, float scale) {
+        square.transform = placed({0, 0, -distance}, {0, 0, 0}, scale);
+        node.pull();
+        return texelOf(*node.prepareBuffer, kFrameWidth / 2, kFrameHeight / 2).r;
+    };
+    EXPECT_EQ(middle(0.09f, 1), 0);
+    EXPECT_EQ(middle(0.11f, 1), 1);
+    EXPECT_EQ(middle(9900, 5000), 1);
+    EXPECT_EQ(middle(10100, 5000), 0);
+}
+
+TEST_F(RadiositySurfaceTest, ReflectsNothingOfAStrangersPictureWithoutAnEnvironment) {
+    addCamera({0, 0, 0}, {0, 0, -1});
+    const Material mirror = surface(0);
+    mirror->reflection = 1;
+    mirror->refFresnel = 0.1f;
+    addObject(SquareMesh(), mirror, placed({0.3f, 0.2f, -1}, {20, 30, 0}, 1));
+    const std::shared_ptr<GL_Image> stranger = plain({1, 1, 1, 1});
+    stranger->BindTexture(0, GL_TEXTURE2);
+    const RegionPixels pixels = draw(node, {900, 500, 100, 20});
+    for (int y = 500; y < 520; ++y) {
+        for (int x = 900; x < 1000; ++x) EXPECT_EQ(pixels.at(x, y)[0], 0) << x << ", " << y;
+    }
+}
+
 TEST_F(RadiositySweepTest, ALinkWithoutAPictureKeepsThePictureOfTheMaterialBefore) {
     addTile(surface(1));  // nothing bound yet: black
     addTile(coloured(kRed));
