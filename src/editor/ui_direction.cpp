@@ -15,9 +15,9 @@ constexpr int kDecimals = 2;
 constexpr float kDimmed = 0.75f;  // of the inner ring and the axes, alpha too
 constexpr Vec4 kTipShadow = {0, 0, 0, 0.5f};
 
-// The compass direction next to a vector, at length 1, or 0.5 for one shorter than that. Twice the
-// unit vector cut to whole numbers is one of eight. A vector of length 0 has no direction and gives
-// what is no number.
+// The one of eight directions next to a vector, at length 1, or 0.5 for one shorter than that.
+// Twice the unit vector cut to whole numbers is one of eight. A vector of length 0 has no direction
+// and gives what is no number.
 Vec2 Snap(const Vec2& v) {
     const float length = std::sqrt(v.x * v.x + v.y * v.y);
     const float scale = length < 0.5f ? 0.5f : 1.0f;

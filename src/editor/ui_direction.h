@@ -1,5 +1,5 @@
-// A two-float direction of length 0 to 1 on a dial. With ctrl it snaps to the eight compass
-// directions at length 1 or 0.5. Main thread.
+// A two-float direction of length 0 to 1 on a dial. With ctrl it snaps to eight directions, an
+// eighth of a turn apart, at length 1 or 0.5. Main thread.
 #pragma once
 
 #include "editor/ui_value_widget.h"
