@@ -128,8 +128,9 @@ class OpenAlSoundSystem final : public SoundSystem {
     void play() override {
         if (playing_) return;
         playing_ = true;
+        // The sound first: where it starts is not to depend on how long this takes.
+        if (output_ && loaded() && !output_->resume()) playFrom(clock_.seconds());
         clock_.run(true);
-        if (output_ && loaded() && !output_->resume()) playAtClock();
     }
 
     void pause() override {
@@ -141,11 +142,12 @@ class OpenAlSoundSystem final : public SoundSystem {
     }
 
     void setPositionMilliseconds(std::uint32_t positionMs) override {
-        clock_.set(positionMs / 1000.0);
+        const double position = positionMs / 1000.0;
+        clock_.set(position);
         if (!output_ || !loaded()) return;
         // A paused sound starts anew when it is played again.
         if (playing_) {
-            playAtClock();
+            playFrom(position);
         } else {
             output_->stop();
         }
@@ -172,10 +174,10 @@ class OpenAlSoundSystem final : public SoundSystem {
         return clock_.seconds();
     }
 
-    void playAtClock() {
+    void playFrom(double seconds) {
         // Positions are whole milliseconds, so that half a microsecond only mends rounding.
         constexpr double kRounding = 0.5e-6;
-        const double frame = (clock_.seconds() + kRounding) * framesPerSecond_;
+        const double frame = (seconds + kRounding) * framesPerSecond_;
         output_->playFrom(static_cast<std::uint64_t>(frame));
     }
 
@@ -190,7 +192,7 @@ class OpenAlSoundSystem final : public SoundSystem {
             return;
         }
         framesPerSecond_ = sound.framesPerSecond;
-        if (output_ && playing_) playAtClock();
+        if (output_ && playing_) playFrom(clock_.seconds());
     }
 
     // The device has gone: go on, on the one that is the default now. The sound was the old one's,
