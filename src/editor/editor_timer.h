@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "platform/window.h"
+
 class EditorTimer {
   public:
     // Starts anew: elapsed, accumulated and delta become 0.
@@ -13,6 +15,8 @@ class EditorTimer {
     float elapsedSeconds = 0;      // since Reset
     float accumulatedSeconds = 0;  // sum of all deltas
     float deltaSeconds = 0;        // between the last two updates
+    // For runs that are to be the same each time.
+    std::uint64_t (*readCounter)() = &PerformanceCounter;
 
   private:
     std::uint64_t frequency_ = 1;

@@ -5,9 +5,9 @@
 #include <SDL.h>
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <vector>
 
+#include "app/scripted_window.h"
 #include "app/session.h"
 #include "editor/ui_text_box.h"
 #include "platform/debug_output.h"
@@ -15,43 +15,6 @@
 #include "support/temp_folder.h"
 
 namespace {
-
-// The session's window with messages and an Esc key of the test's own.
-class ScriptedWindow final : public Window {
-  public:
-    explicit ScriptedWindow(std::unique_ptr<Window> real) : real_(std::move(real)) {}
-
-    bool fullScreen() const override { return false; }
-    int drawableWidth() const override { return real_->drawableWidth(); }
-    int drawableHeight() const override { return real_->drawableHeight(); }
-    bool takeMessage(WindowMessage& message) override {
-        if (messages.empty()) return false;
-        message = messages.front();
-        messages.pop_front();
-        return true;
-    }
-    bool escapePressed() override { return escapeAfterPolls-- == 0; }
-    bool shiftHeld() const override { return false; }
-    void swap() override {
-        ++swaps;
-        messagesLeftAtSwap = messages.size();
-        if (afterSwap) afterSwap();
-        real_->swap();
-    }
-    void showCursor(bool visible) override { real_->showCursor(visible); }
-    void setTitle(const std::string& title) override { real_->setTitle(title); }
-    std::string clipboardText() const override { return {}; }
-    void setClipboardText(const std::string&) override {}
-
-    std::deque<WindowMessage> messages;
-    int escapeAfterPolls = -1;
-    int swaps = 0;
-    std::size_t messagesLeftAtSwap = 0;
-    std::function<void()> afterSwap;
-
-  private:
-    std::unique_ptr<Window> real_;
-};
 
 class MainLoop : public ::testing::Test {
   protected:
