@@ -93,6 +93,8 @@ void UI_Master::Dispatch(const WindowMessage& message) {
     // Shift stays held until ctrl next comes up: the editor's gestures rely on it.
     if (*type == UI_EventType::KeyUp && message.value == kKeyControl) ctrlHeld = shiftHeld = false;
     UI_Event event = {*type, message.value, mouseX, mouseY, ctrlHeld, shiftHeld};
+    // So is the turn of the wheel.
+    if (*type == UI_EventType::Wheel) event.value = static_cast<std::int16_t>(message.value);
     sendToWidgets(event);
 }
 

@@ -121,6 +121,12 @@ TEST_F(UiMasterTest, SendsCharactersWhereThePointerIs) {
     EXPECT_EQ(c.last.value, 'x');
 }
 
+TEST_F(UiMasterTest, TakesTheTurnOfTheWheelAsASigned16BitWord) {
+    send(512, 0, 105, 103);
+    send(522, 0x7FFF8001, 5, 5);
+    EXPECT_EQ(c.last.value, -32767);
+}
+
 TEST_F(UiMasterTest, GivesTheWheelTheLastMousePosition) {
     send(512, 0, 105, 103);
     send(522, -120, 5, 5);
