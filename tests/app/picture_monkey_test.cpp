@@ -24,6 +24,7 @@
 #include "editor/ui_node.h"
 #include "editor/ui_node_canvas.h"
 #include "editor/ui_panel.h"
+#include "editor/ui_properties_column.h"
 #include "gpu/gl_debug.h"
 #include "platform/debug_output.h"
 #include "platform/files.h"
@@ -71,15 +72,24 @@ class Monkey {
     int below(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
     bool oneIn(int count) { return below(count) == 0; }
 
+    // Nothing in a player answers to the mouse: there it goes back to work before long.
     void gesture() {
+        if (ui().presentationMode && oneIn(4)) {
+            key(kKeyF12);
+            return;
+        }
         const int kind = below(100);
-        if (kind < 30) {
+        if (kind < 20) {
             click(kLeftPress, kLeftRelease, somewhere());
-        } else if (kind < 55) {
+        } else if (kind < 34) {
             drag(kLeftPress, kLeftRelease);
-        } else if (kind < 60) {
+        } else if (kind < 48) {
+            link();
+        } else if (kind < 58) {
+            animate();
+        } else if (kind < 63) {
             click(kRightPress, kRightRelease, somewhere());
-        } else if (kind < 64) {
+        } else if (kind < 65) {
             drag(kMiddlePress, kMiddleRelease);
         } else if (kind < 68) {
             wheel();
@@ -87,9 +97,9 @@ class Monkey {
             doubleClick();
         } else if (kind < 83) {
             shortcut();
-        } else if (kind < 89) {
+        } else if (kind < 88) {
             type();
-        } else if (kind < 95) {
+        } else if (kind < 96) {
             newNode();
         } else {
             oddMessage();
@@ -125,10 +135,14 @@ class Monkey {
     Place onBox() {
         const UI_NodeCanvas* const canvas = ui().nodeCanvas.get();
         if (canvas == nullptr || canvas->boxes().empty()) return anywhere();
-        const auto count = static_cast<int>(canvas->boxes().size());
-        const UI_Node& box = *canvas->boxes()[static_cast<std::size_t>(below(count))];
+        const UI_Node& box = anyBox();
         const Place place = insideOf(box.x, box.y - 15, UI_Node::kWidth, UI_Node::kHeight + 25);
         return {canvas->view.screenX(place.x), canvas->view.screenY(place.y)};
+    }
+
+    const UI_Node& anyBox() {
+        const auto& boxes = ui().nodeCanvas->boxes();
+        return *boxes[static_cast<std::size_t>(below(static_cast<int>(boxes.size())))];
     }
 
     Place onWidget() {
@@ -181,6 +195,47 @@ class Monkey {
         if (!oneIn(60)) send(release, place_);
     }
 
+    // From the output of a box to a socket of another, or back.
+    void link() {
+        const UI_NodeCanvas* const canvas = ui().nodeCanvas.get();
+        if (canvas == nullptr || canvas->boxes().empty()) return;
+        if (oneIn(4)) key(kKeyHome);
+        const UI_Node& source = anyBox();
+        const UI_Node& target = anyBox();
+        if (target.sockets.empty()) return;
+        const auto count = static_cast<int>(target.sockets.size());
+        const NodeSocket& socket = target.sockets[static_cast<std::size_t>(below(count))];
+        const CanvasView& view = canvas->view;
+        Place from = {view.screenX(source.x + source.width / 2),
+                      view.screenY(source.y + source.height)};
+        Place to = {view.screenX(socket.x), view.screenY(socket.y)};
+        if (oneIn(4)) std::swap(from, to);
+        moveTo(from);
+        send(kLeftPress, from);
+        moveTo({(from.x + to.x) / 2, (from.y + to.y) / 2});
+        moveTo(to);
+        send(kLeftRelease, to);
+    }
+
+    // Opens the values of a node, or animates what is under the pointer.
+    void animate() {
+        if (oneIn(2)) {
+            const Place box = onBox();
+            click(kRightPress, kRightRelease, box);
+            return;
+        }
+        const UI_PropertiesColumn* const column = ui().propertiesPanel.get();
+        std::vector<const UI_Object*> rows;
+        if (column != nullptr) collect(*column, rows);
+        if (rows.empty()) return;
+        const UI_Object& row =
+            *rows[static_cast<std::size_t>(below(static_cast<int>(rows.size())))];
+        moveTo(insideOf(row.x, row.y, row.width, row.height));
+        static constexpr std::string_view kKeys = "SSP";
+        key(kKeys[static_cast<std::size_t>(below(3))]);
+        if (oneIn(3)) key(oneIn(2) ? kKeyRight : kKeyLeft);
+    }
+
     void wheel() {
         moveTo(somewhere());
         for (int turns = 1 + below(4); turns > 0; --turns) {
@@ -195,14 +250,24 @@ class Monkey {
     }
 
     void shortcut() {
-        static constexpr std::array kPlain = {
-            static_cast<int>(kKeySpace),  static_cast<int>(kKeyLeft),  static_cast<int>(kKeyRight),
-            static_cast<int>(kKeyUp),     static_cast<int>(kKeyDown),  static_cast<int>(kKeyDelete),
-            static_cast<int>(kKeyReturn), static_cast<int>(kKeyHome),  static_cast<int>(kKeyEnd),
-            static_cast<int>(kKeyEscape), static_cast<int>(kKeyTab),   static_cast<int>(kKeyF1),
-            static_cast<int>(kKeyF12),    static_cast<int>(kKeyBack),  int{'F'},
-            static_cast<int>(kKeyPageUp), static_cast<int>(kKeyInsert)};
-        static constexpr std::string_view kWithControl = "CXVDFAZCVD";
+        const std::array kPlain = {static_cast<int>(kKeySpace),
+                                   static_cast<int>(kKeyLeft),
+                                   static_cast<int>(kKeyRight),
+                                   static_cast<int>(kKeyUp),
+                                   static_cast<int>(kKeyDown),
+                                   oneIn(3) ? static_cast<int>(kKeyDelete) : int{'E'},
+                                   static_cast<int>(kKeyReturn),
+                                   static_cast<int>(kKeyHome),
+                                   static_cast<int>(kKeyEnd),
+                                   static_cast<int>(kKeyEscape),
+                                   static_cast<int>(kKeyTab),
+                                   static_cast<int>(kKeyF1),
+                                   static_cast<int>(kKeyF12),
+                                   static_cast<int>(kKeyBack),
+                                   int{'F'},
+                                   static_cast<int>(kKeyPageUp),
+                                   static_cast<int>(kKeyInsert)};
+        static constexpr std::string_view kWithControl = "CCVDFACVDX";
         if (oneIn(3)) moveTo(somewhere());
         if (oneIn(2)) {
             key(kPlain[static_cast<std::size_t>(below(static_cast<int>(kPlain.size())))]);
@@ -372,7 +437,7 @@ class MonkeyTest : public ::testing::Test {
     void play(long events) {
         const DebugCapture quiet;
         session_->showScreen(ScreenKind::Authoring);
-        long sent = 0;
+        long sent = 0, frameEnd = 0;
         window_->afterSwap = [&] {
             session_->engine->music->pause();
             checkEditor();
@@ -382,9 +447,13 @@ class MonkeyTest : public ::testing::Test {
                 return;
             }
             checkSave();
+            note();
             keepSmall();
-            const std::size_t batch = 50 + static_cast<std::size_t>(monkey_->below(1500));
-            while (window_->messages.size() < batch) monkey_->gesture();
+            frameEnd = sent + 50 + monkey_->below(1500);
+        };
+        window_->whenEmpty = [&] {
+            if (done_ || sent >= frameEnd) return;
+            while (window_->messages.empty()) monkey_->gesture();
             sent += static_cast<long>(window_->messages.size());
         };
         while (!done_) {
@@ -395,19 +464,42 @@ class MonkeyTest : public ::testing::Test {
                 session_->showScreen(ScreenKind::Authoring);
             }
         }
-        window_->afterSwap = nullptr;
+        window_->afterSwap = window_->whenEmpty = nullptr;
         std::cout << sent << " events of seed " << seed_ << ", " << window_->swaps << " frames, "
-                  << saves_ << " saves of which " << savesChecked_ << " were loaded\n";
+                  << saves_ << " saves of which " << savesChecked_ << " were loaded; at most "
+                  << most_.nodes << " nodes, " << most_.links << " links, " << most_.tracks
+                  << " tracks, " << most_.panels << " panels\n";
+    }
+
+    // How far it came: a monkey that only ever sees an empty screen proves nothing.
+    void note() {
+        Counts now;
+        now.nodes = session_->engine->nodes.size();
+        now.tracks = session_->engine->allTracks().size();
+        for (const auto& [id, node] : session_->engine->nodes) {
+            now.links += node->inputs.size() -
+                         static_cast<std::size_t>(std::ranges::count(node->inputs, nullptr));
+        }
+        for (const auto& [id, panel] : session_->ui->openPanels)
+            now.panels += panel != nullptr ? 1 : 0;
+        most_.nodes = std::max(most_.nodes, now.nodes);
+        most_.links = std::max(most_.links, now.links);
+        most_.tracks = std::max(most_.tracks, now.tracks);
+        most_.panels = std::max(most_.panels, now.panels);
     }
 
     // A graph that doubles with each copy would soon be too slow to go on with.
     void keepSmall() {
-        if (session_->engine->nodes.size() < 60) return;
+        if (session_->engine->nodes.size() < 40) return;
         const MessageBoxHandler asking = SetMessageBoxHandler(
             [](std::string_view, std::string_view, MessageButtons) { return MessageAnswer::Ok; });
         session_->ui->New();
         SetMessageBoxHandler(asking);
     }
+
+    struct Counts {
+        std::size_t nodes = 0, links = 0, tracks = 0, panels = 0;
+    };
 
     TempFolder folder_;
     WorkingFolder working_{folder_.path()};
@@ -419,11 +511,15 @@ class MonkeyTest : public ::testing::Test {
     std::string lastChecked_;
     std::uint32_t seed_ = 1;
     int saves_ = 0, savesSeen_ = 0, savesChecked_ = 0;
+    Counts most_;
     bool done_ = false;
 };
 
 TEST_F(MonkeyTest, BreaksNothing) {
-    play(NumberFromEnvironment("VORN_MONKEY_EVENTS", 10000));
+    play(NumberFromEnvironment("VORN_MONKEY_EVENTS", 20000));
+    EXPECT_GT(most_.nodes, 5u);
+    EXPECT_GT(most_.links, 2u);
+    EXPECT_GT(most_.panels, 0u);
 }
 
 }  // namespace

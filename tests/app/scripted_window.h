@@ -17,6 +17,7 @@ class ScriptedWindow : public Window {
     int drawableWidth() const override { return real_->drawableWidth(); }
     int drawableHeight() const override { return real_->drawableHeight(); }
     bool takeMessage(WindowMessage& message) override {
+        if (messages.empty() && whenEmpty) whenEmpty();
         if (messages.empty()) return false;
         message = messages.front();
         messages.pop_front();
@@ -41,6 +42,7 @@ class ScriptedWindow : public Window {
     int swaps = 0;
     std::size_t messagesLeftAtSwap = 0;
     std::function<void()> afterSwap;
+    std::function<void()> whenEmpty;  // may add messages
 
   private:
     std::unique_ptr<Window> real_;
