@@ -1,30 +1,8 @@
 // The engine's part of a frame does not allocate.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
-
+#include "support/allocation_count.h"
 #include "support/core_nodes.h"
-
-namespace {
-
-std::size_t allocationCount = 0;
-
-}  // namespace
-
-// Counts every allocation of this test program. Not inlined: the compiler would take malloc and
-// delete for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    ++allocationCount;
-    if (void* place = std::malloc(size == 0 ? 1 : size)) return place;
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* place) noexcept {
-    std::free(place);
-}
-[[gnu::noinline]] void operator delete(void* place, std::size_t) noexcept {
-    std::free(place);
-}
 
 namespace {
 
@@ -73,19 +51,19 @@ class FrameAllocationTest : public ::testing::Test {
 
 TEST_F(FrameAllocationTest, AllocatesNothingWhilePlayingAndSeeking) {
     engine_.update(0);
-    const std::size_t before = allocationCount;
+    const std::size_t before = AllocationCount();
     for (int frame = 1; frame < 100; ++frame) engine_.update(static_cast<float>(frame) / 7);
     for (const float time : {5.0f, 0.0f, 20.0f, 1.0f, 0.5f}) engine_.update(time);
-    EXPECT_EQ(allocationCount - before, 0u);
+    EXPECT_EQ(AllocationCount() - before, 0u);
     EXPECT_EQ(engine_.node("A0").processed, 105);
 }
 
 TEST_F(FrameAllocationTest, CountsWhatAnEditCosts) {
     engine_.update(0);
     engine_.track("A0").insertKey(3, 1);
-    const std::size_t before = allocationCount;
+    const std::size_t before = AllocationCount();
     engine_.update(1);
-    EXPECT_GT(allocationCount - before, 0u) << "else this test would count nothing at all";
+    EXPECT_GT(AllocationCount() - before, 0u) << "else this test would count nothing at all";
 }
 
 }  // namespace

@@ -1,0 +1,53 @@
+// A frame of a node that draws costs no allocation of ours.
+#include <gtest/gtest.h>
+
+#include "image/radiosity_fixture.h"
+#include "support/allocation_count.h"
+
+namespace {
+
+class FrameAllocation : public RadiosityTest {
+  protected:
+    // Of one frame, after those in which a driver and a node may still prepare themselves.
+    std::size_t allocationsOfAFrame(ImageNode& drawn) {
+        constexpr int kFirstFrames = 3;
+        for (int frame = 0; frame < kFirstFrames; ++frame) run(drawn);
+        const std::size_t before = AllocationCount();
+        run(drawn);
+        return AllocationCount() - before;
+    }
+
+    std::shared_ptr<GL_Image> picture = ReferencePicture::Waves(64, 36, 1).upload();
+
+  private:
+    // As the program would, of a small part of the frame.
+    void run(ImageNode& drawn) {
+        engine.time += 0.25f;
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(900, 500, 16, 16);
+        drawn.pull();
+        glDisable(GL_SCISSOR_TEST);
+    }
+};
+
+}  // namespace
+
+TEST_F(FrameAllocation, OfTheRendererIsNone) {
+    buildRoom();
+    const Material veil = surface(0.5f, MaterialData::kAdd);
+    veil->diffuseImage = picture;
+    addObject(SquareMesh(), veil, placed({0.8f, 0.6f, 1}, {0, 0, 0}, 0.6f));
+    link(add<PictureNode>("environment", picture), node, Renderer::kEnvironmentPort);
+    EXPECT_EQ(allocationsOfAFrame(node), 0u);
+    set(node, "DOF", {0.2f});
+    node.aoEnable = node.giEnable = true;
+    EXPECT_EQ(allocationsOfAFrame(node), 0u);
+    node.giSamples = "a text that is too long to be kept without an allocation, and no number";
+    EXPECT_EQ(allocationsOfAFrame(node), 0u);
+}
+
+TEST_F(FrameAllocation, CountsWhatATargetCosts) {
+    const std::size_t before = AllocationCount();
+    MakeFrameTarget();
+    EXPECT_GT(AllocationCount() - before, 0u) << "else this test would count nothing at all";
+}
