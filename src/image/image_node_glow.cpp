@@ -60,7 +60,9 @@ DirectionalBlur::Input ImageNode_Glow::inputOn(Port port) const {
 bool ImageNode_Glow::process() {
     if (engine->renderEnabled == 0) return true;
     glDisable(GL_BLEND);
-    const DirectionalBlur::Input source = inputOn(kInputPort);
+    DirectionalBlur::Input source = inputOn(kInputPort);
+    if (source.image != nullptr) inputMatrix_ = source.textureMatrix;
+    source.textureMatrix = inputMatrix_;
     blurBothWays(source);
     compose(source);
     return true;

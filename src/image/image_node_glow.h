@@ -33,6 +33,9 @@ class ImageNode_Glow : public ImageNode {
     void blurBothWays(const DirectionalBlur::Input& source);
     void compose(const DirectionalBlur::Input& source);
 
+    // Of the last picture on the input, also when there is none any more: the halo of a missing
+    // picture is black, but the edges of its alpha lie as this says. All zeros before the first.
+    Mat4 inputMatrix_ = {{}};
     int matrixLocation_ = -1;
     int intensityLocation_ = -1;
     NodeTarget target_;

@@ -7,6 +7,7 @@
 #include "image/blur_formula.h"
 #include "image/image_node_glow.h"
 #include "image/image_node_transform2d.h"
+#include "support/core_nodes.h"
 #include "support/graph_fixture.h"
 #include "support/parameter_table.h"
 
@@ -60,23 +61,25 @@ class GlowTest : public GraphTest {
     // Every target against the formula, made from the one before as it was read back.
     void expectChain() {
         node.pull();
-        const auto& input = *node.imageInput(0);
-        const Mat4 matrix = input.textureMatrix;
+        expectTargets(SampledFrom(waves), node.imageInput(0)->textureMatrix);
+    }
+    // The same for a picture that the node read through a matrix.
+    void expectTargets(const SampledPicture& source, const Mat4& matrix) {
         const Mat4 maskMatrix = node.imageInput(1) ? node.imageInput(1)->textureMatrix : Mat4{};
-        const auto stage = [&](const ReferencePicture& from, const Vec2& direction) {
-            return [&, direction](double u, double v) {
+        const auto stage = [&](const SampledPicture& from, const Vec2& direction) {
+            return [&, from, direction](double u, double v) {
                 const auto at = Through(matrix, u, v), maskAt = Through(maskMatrix, u, v);
-                return BlurFormula(SampledFrom(from), SampledFrom(veil), at[0], at[1], maskAt[0],
-                                   maskAt[1],
+                return BlurFormula(from, SampledFrom(veil), at[0], at[1], maskAt[0], maskAt[1],
                                    {kSampleSize, direction, node.radius, node.maskAmount});
             };
         };
-        expectTarget(*node.blurTargetX, stage(waves, {1, 0}));
-        expectTarget(*node.blurTargetY, stage(PictureOf(*node.blurTargetX), {0, 1}));
+        expectTarget(*node.blurTargetX, stage(source, {1, 0}));
+        const ReferencePicture across = PictureOf(*node.blurTargetX);
+        expectTarget(*node.blurTargetY, stage(SampledFrom(across), {0, 1}));
         const ReferencePicture halo = PictureOf(*node.blurTargetY);
         expectTarget(product(), [&](double u, double v) {
             const auto at = Through(matrix, u, v);
-            Sample sum = waves.sample(at[0], 1 - at[1]);
+            Sample sum = source(at[0], 1 - at[1]);
             return sum.addWeighted(halo.sample(u, 1 - v), static_cast<double>(node.intensity));
         });
     }
@@ -102,6 +105,9 @@ TEST_F(GlowTest, TakesPicturesOnItsTwoPortsOnly) {
     EXPECT_FALSE(node.canConnect(2, &picture));
     EXPECT_FALSE(node.canConnect(-1, &picture));
     EXPECT_FALSE(node.canConnect(0, nullptr));
+    const TestCamera& camera = add<TestCamera>("camera");
+    EXPECT_FALSE(node.canConnect(0, &camera));
+    EXPECT_FALSE(node.canConnect(1, &camera));
     EXPECT_FALSE(node.hasError);
 }
 
@@ -200,6 +206,33 @@ TEST_F(GlowTest, IsBlackWithoutAnInput) {
     EXPECT_TRUE(engine.connect("empty", node.id, 0));  // a node that has no picture counts as none
     node.pull();
     EXPECT_EQ(ReadTarget(product()), pixels);
+}
+
+// A missing picture is opaque black all over. The blur's second pass still reads the target of the
+// first one through a matrix, and so its alpha has edges: those of the last picture there was, and
+// all in one corner before the first.
+TEST_F(GlowTest, HasTheAlphaOfOpaqueBlackAndItsHaloWithoutAnInput) {
+    const SampledPicture black = [](double, double) { return Sample{{0, 0, 0, 1}, 0}; };
+    const Mat4 none = {{}};
+    link(mask, node, 1);
+    set(node, "Radius", {6});
+    set(node, "Intensity", {1.5f});
+    set(node, "Mask", {0.75f});
+    node.pull();
+    expectTargets(black, none);
+
+    link(picture, node, 0);
+    Mat4ComposeTRS(picture.textureMatrix, {0.4f, -0.3f, 0}, {0, 0, 20}, 0.7f);
+    node.pull();
+    EXPECT_TRUE(engine.disconnect(node.id, 0));
+    node.pull();
+    expectTargets(black, picture.textureMatrix);
+
+    PictureNode& empty = add<PictureNode>("empty");  // its matrix counts no more than its picture
+    Mat4ComposeTRS(empty.textureMatrix, {0, 0.2f, 0}, {0, 0, 0}, 2);
+    link(empty, node, 0);
+    node.pull();
+    expectTargets(black, picture.textureMatrix);
 }
 
 TEST_F(GlowTest, LeavesItsPictureWhileNothingIsRendered) {

@@ -12,6 +12,7 @@
 #include "core/transform3d_node.h"
 #include "gpu/shader_program.h"
 #include "image/image_node_holo_ball.h"
+#include "support/gl_state.h"
 #include "support/graph_fixture.h"
 #include "support/parameter_table.h"
 
@@ -300,6 +301,28 @@ TEST_F(HoloBallTest, HasItsParametersAndTargets) {
     EXPECT_EQ(&node.sliceTarget(), node.sliceLarge.get());
     node.resize = 0.51f;
     EXPECT_EQ(&node.sliceTarget(), node.sliceSmall.get());
+}
+
+TEST_F(HoloBallTest, HasNothingOutsideOfItsSlicesAndRepeatsItsPicture) {
+    struct Case {
+        const GL_FrameBuffer& target;
+        int width, height, wrap;
+    };
+    for (const Case& one : {Case{*node.sliceLarge, 1024, 1024, GL_CLAMP_TO_BORDER},
+                            {*node.sliceSmall, 512, 512, GL_CLAMP_TO_BORDER},
+                            {product(), 1920, 1080, GL_REPEAT}}) {
+        SCOPED_TRACE(one.width);
+        const GL_FrameBuffer& target = one.target;
+        EXPECT_EQ(TextureLevelParameter(target, GL_TEXTURE_WIDTH), one.width);
+        EXPECT_EQ(TextureLevelParameter(target, GL_TEXTURE_HEIGHT), one.height);
+        EXPECT_EQ(TextureLevelParameter(target, GL_TEXTURE_INTERNAL_FORMAT), GL_RGBA16F);
+        EXPECT_EQ(TextureParameter(target, GL_TEXTURE_WRAP_S), one.wrap);
+        EXPECT_EQ(TextureParameter(target, GL_TEXTURE_WRAP_T), one.wrap);
+        EXPECT_EQ(TextureParameter(target, GL_TEXTURE_MIN_FILTER), GL_LINEAR);
+        EXPECT_EQ(TextureParameter(target, GL_TEXTURE_MAG_FILTER), GL_LINEAR);
+        EXPECT_EQ(target.textureCount, 1);
+        EXPECT_FALSE(target.hasDepth);
+    }
 }
 
 TEST_F(HoloBallTest, IsTheRestingShapeWithoutWeights) {

@@ -8,6 +8,8 @@
 #include "image/image_node_compose.h"
 #include "image/image_node_motion_blur.h"
 #include "image/image_node_transform2d.h"
+#include "support/core_nodes.h"
+#include "support/gl_state.h"
 #include "support/graph_fixture.h"
 #include "support/parameter_table.h"
 
@@ -29,18 +31,28 @@ class ClockNode : public ImageNode {
     bool process() override {
         times.push_back(engine->time);
         deltas.push_back(engine->deltaTime);
+        costs.push_back(engine->frameCost);
+        renders.push_back(engine->renderEnabled);
         const float red = colourAt(engine->time);
         target->Bind();
         target->SelectDrawBuffers();
         const float colour[] = {red, shade, 0, 1};
         glClearBufferfv(GL_COLOR, 0, colour);
         GL_FrameBuffer::Unbind();
+        if (spoilsTheClock) {
+            engine->time = -1;
+            engine->deltaTime = -2;
+            engine->frameCost = -3;
+            engine->renderEnabled = 2;
+        }
         return failAt < 0 || static_cast<int>(times.size()) <= failAt;
     }
 
     std::function<float(float)> colourAt = [](float time) { return time; };
-    std::vector<float> times, deltas;
+    std::vector<float> times, deltas, costs;
+    std::vector<int> renders;
     int failAt = -1;
+    bool spoilsTheClock = false;
     float shade;
     std::shared_ptr<GL_FrameBuffer> target;
 };
@@ -66,10 +78,28 @@ TEST_F(MotionBlurTest, TakesAPictureOnItsOnePort) {
     EXPECT_TRUE(node.canConnect(0, &clock));
     EXPECT_FALSE(node.canConnect(1, &clock));
     EXPECT_FALSE(node.canConnect(0, nullptr));
+    EXPECT_FALSE(node.canConnect(0, &add<TestCamera>("camera")));
     EXPECT_FALSE(node.hasError);
     EXPECT_THAT(ParameterTable(engine, node),
                 ElementsAre("Samples choice '4' '6' '8' '10' '12' '14' '16' '24' '32' '64', 3",
                             "Shutter float 0.001 to 1, 4 decimals, 0.01, animatable"));
+}
+
+TEST_F(MotionBlurTest, HasATargetOfTheFrameWithABorder) {
+    const auto& target = static_cast<const GL_FrameBuffer&>(*node.images[0]);
+    EXPECT_EQ(target.width, 1920);
+    EXPECT_EQ(target.height, 1080);
+    EXPECT_EQ(target.textureCount, 1);
+    EXPECT_EQ(target.bitsPerChannel, 16u);
+    EXPECT_EQ(target.format, static_cast<std::uint32_t>(GL_RGBA));
+    EXPECT_FALSE(target.hasDepth);
+    EXPECT_EQ(TextureLevelParameter(target, GL_TEXTURE_INTERNAL_FORMAT), GL_RGBA16F);
+    EXPECT_EQ(TextureLevelParameter(target, GL_TEXTURE_WIDTH), 1920);
+    EXPECT_EQ(TextureLevelParameter(target, GL_TEXTURE_HEIGHT), 1080);
+    EXPECT_EQ(TextureParameter(target, GL_TEXTURE_WRAP_S), GL_CLAMP_TO_BORDER);
+    EXPECT_EQ(TextureParameter(target, GL_TEXTURE_WRAP_T), GL_CLAMP_TO_BORDER);
+    EXPECT_EQ(TextureParameter(target, GL_TEXTURE_MIN_FILTER), GL_LINEAR);
+    EXPECT_EQ(TextureParameter(target, GL_TEXTURE_MAG_FILTER), GL_LINEAR);
 }
 
 TEST_F(MotionBlurTest, TakesTheCountFromItsTable) {
@@ -195,6 +225,47 @@ TEST_F(MotionBlurTest, RestoresTheClockAndLeavesTheTracksAtTheEarliestMoment) {
     ASSERT_GT(present, clock.shade + 0.5f);
     const double mean = (shadeAt(3) + shadeAt(2.75f) + shadeAt(2.5f) + shadeAt(2.25f)) / 4;
     EXPECT_NEAR(middle()[1], mean, 0.005);  // half floats
+}
+
+// Whatever a node does to the clock is undone for the next moment, and at the end.
+TEST_F(MotionBlurTest, RestoresAClockThatANodeHasMoved) {
+    link(clock, node, 0);
+    clock.spoilsTheClock = true;
+    set(node, "Samples", {0});
+    set(node, "Shutter", {0.5f});
+    for (const int failAt : {-1, 2}) {
+        clock.failAt = failAt;
+        clock.times.clear();
+        clock.deltas.clear();
+        clock.costs.clear();
+        clock.renders.clear();
+        engine.time = 2;
+        engine.deltaTime = 0.25f;
+        engine.frameCost = 0.75f;
+        engine.renderEnabled = 1;
+        EXPECT_EQ(node.pull(), failAt < 0);
+        EXPECT_EQ(engine.time, 2.0f);
+        EXPECT_EQ(engine.deltaTime, 0.25f);
+        EXPECT_EQ(engine.frameCost, 0.75f);
+        EXPECT_EQ(engine.renderEnabled, 1);
+        if (failAt < 0) {
+            EXPECT_THAT(clock.times, ElementsAre(2.0f, 1.875f, 1.75f, 1.625f));
+        }
+        EXPECT_THAT(clock.deltas, testing::Each(0.25f));
+        EXPECT_THAT(clock.costs, testing::Each(0.75f));
+        EXPECT_THAT(clock.renders, testing::Each(1));
+    }
+}
+
+TEST_F(MotionBlurTest, LeavesBlendingOffAndNothingBound) {
+    link(clock, node, 0);
+    glEnable(GL_BLEND);
+    EXPECT_TRUE(node.pull());
+    EXPECT_EQ(LeftBehind(), "");
+    clock.failAt = static_cast<int>(clock.times.size()) + 1;
+    glEnable(GL_BLEND);
+    EXPECT_FALSE(node.pull());
+    EXPECT_EQ(LeftBehind(), "");
 }
 
 TEST_F(MotionBlurTest, RunsNodesOfOtherPartsOfTheGraphAgain) {

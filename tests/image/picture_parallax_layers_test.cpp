@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "parallax_fixture.h"
+#include "support/gl_state.h"
 
 namespace {
 
@@ -354,34 +355,87 @@ TEST_F(ParallaxChain, ScreensTheLayersOverTheBackgroundOnceMore) {
               0);
 }
 
-// A front layer that is a mask leaves its matrix to the last pass.
+// The last pass has the matrix of the front layer that was drawn with its program: of a mask that
+// of the input, of others the identity. Dodges are drawn with another program, and layers that
+// cannot be seen with none.
 TEST_F(ParallaxChain, KeepsTheMatrixOfTheFrontLayer) {
     const ReferencePicture fx = ReferencePicture::Waves(64, 36, 3);
-    ReferenceScene scene =
-        Scene({{"Screen-Mask a.png", 2, &kFirst, {StillKey(0, 0, 4, 4)}, false, true},
-               {"b.png", 2, &kSecond, kWhole}});
-    scene.settings.glowIntensity = 0;
-    use(scene);
     PictureNode& input = add<PictureNode>("fx", fx.upload());
     input.textureMatrix.m[0] = 0.5f;
     input.textureMatrix.m[12] = 0.25f;
     link(input, node, 0);
-    run(0, {});
-    const Region row = {0, 300, kFrameWidth, 1};
-    EXPECT_EQ(countWrong(readAttachment(*node.resultBuffer, 0, row), 1, kLayerTolerance,
-                         [&](int x, int y) {
-                             // Half way between two pixels of the layers.
-                             const double place = ((x + 0.5) * 0.5 + 480) - 0.5;
-                             const int left = static_cast<int>(std::floor(place));
-                             const Rgba color = Mixed(scene.layersAt(left, y)[0],
-                                                      scene.layersAt(left + 1, y)[0], place - left);
-                             Rgba result = {0, 0, 0, 1};
-                             for (std::size_t c = 0; c < 4; ++c) {
-                                 result[c] = color[c] + result[c] * (1 - color[c]);
-                             }
-                             return result;
-                         }),
-              0);
+    const auto corner = [](float opacity) {
+        return std::vector<ParallaxKey>{StillKey(0, 0, 4, 4, opacity)};
+    };
+    const ReferenceLayer mask = {"Screen-Mask a.png", 2, &kFirst, corner(1), false, true};
+    const ReferenceLayer dodgeMask = {"Screen-Mask b.png", 27, &kFirst, corner(1), false, true};
+    const ReferenceLayer plain = {"c.png", 7, &kThird, corner(1)};
+    const ReferenceLayer plainDodge = {"d.png", 27, &kThird, corner(1)};
+    const auto hidden = [&](ReferenceLayer layer) {
+        layer.keys = corner(0);
+        return layer;
+    };
+    struct Case {
+        std::vector<ReferenceLayer> front;
+        bool ofTheMask;
+    };
+    const Case cases[] = {{{mask}, true},
+                          {{plain, mask}, false},
+                          {{hidden(plain), mask}, true},
+                          {{hidden(mask)}, false},
+                          {{dodgeMask}, false},
+                          {{hidden(dodgeMask)}, false},
+                          {{dodgeMask, mask}, true},
+                          {{plainDodge, mask}, true},
+                          {{hidden(dodgeMask), mask}, true},
+                          {{hidden(plainDodge), mask}, true},
+                          {{hidden(plainDodge), plain, mask}, false},
+                          {{mask, dodgeMask}, true}};
+    int number = 0;
+    for (const Case& one : cases) {
+        SCOPED_TRACE(++number);
+        ReferenceScene scene = Scene(one.front, 11);
+        scene.layers.push_back({"back.png", 2, &kSecond, kWhole});
+        scene.settings.glowIntensity = 0;
+        use(scene, "front" + std::to_string(number) + ".scn");
+        run(0, {0, 296, kFrameWidth, 8});
+        const Region row = {0, 300, kFrameWidth, 1};
+        const auto composedAt = [&](int x, int y) {
+            if (!one.ofTheMask) return scene.resultAt(x, y);
+            // Half way between two pixels of the layers.
+            const double place = ((x + 0.5) * 0.5 + 480) - 0.5;
+            const int left = static_cast<int>(std::floor(place));
+            const Rgba color =
+                Mixed(scene.layersAt(left, y)[0], scene.layersAt(left + 1, y)[0], place - left);
+            Rgba result = {0, 0, 0, 1};
+            for (std::size_t c = 0; c < 4; ++c) result[c] = color[c] + result[c] * (1 - color[c]);
+            return result;
+        };
+        const RegionPixels pixels = readAttachment(*node.resultBuffer, 0, row);
+        EXPECT_EQ(countWrong(pixels, 1, kLayerTolerance, composedAt), 0);
+    }
+}
+
+// With whatever is in front: a neon mask, a dodge, or nothing that can be seen.
+TEST_F(ParallaxChain, LeavesNothingBound) {
+    const ReferencePicture fx = ReferencePicture::Waves(64, 36, 3);
+    link(add<PictureNode>("fx", fx.upload()), node, 0);
+    const ReferenceLayer both = {"Neon Screen-Mask a.png", 2, &kFirst, kPart, true, true};
+    const ReferenceLayer dodge = {"Neon Screen-Mask b.png", 27, &kThird, kPart, true, true};
+    const ReferenceLayer unseen = {"c.png", 27, &kThird, {StillKey(0, 0, 4, 4, 0)}};
+    const std::vector<std::vector<ReferenceLayer>> scenes = {
+        {both}, {dodge, both}, {both, dodge}, {unseen, dodge}, {unseen}};
+    int number = 0;
+    for (const std::vector<ReferenceLayer>& layers : scenes) {
+        SCOPED_TRACE(++number);
+        use(Scene(layers, 11), "left" + std::to_string(number) + ".scn");
+        for (const bool skip : {true, false}) {
+            node.skipNeutralWork = skip;
+            glEnable(GL_BLEND);
+            run(0, {0, 0, 8, 8});
+            EXPECT_EQ(LeftBehind(), "");
+        }
+    }
 }
 
 TEST_F(ParallaxChain, OffersTheResultAndKeepsItWithoutLayers) {

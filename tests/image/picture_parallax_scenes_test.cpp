@@ -2,10 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <filesystem>
 #include <limits>
 
 #include "parallax_fixture.h"
 #include "platform/task_pool.h"
+#include "support/broken_shaders.h"
+#include "support/core_nodes.h"
+#include "support/gl_state.h"
 #include "support/parameter_table.h"
 
 namespace {
@@ -52,6 +57,25 @@ class ParallaxScenes : public ParallaxTest {
             std::count_if(messages.begin(), messages.end(), [](const std::string& message) {
                 return message.find("Texture Memory Consumed") != std::string::npos;
             }));
+    }
+
+    // The objects on the first three places for colour, and on that for depth.
+    static std::array<std::uint32_t, 4> AttachedTo(const GL_FrameBuffer& target) {
+        constexpr GLenum kPlaces[] = {GL_COLOR_ATTACHMENT0, GL_COLOR_ATTACHMENT1,
+                                      GL_COLOR_ATTACHMENT2, GL_DEPTH_ATTACHMENT};
+        std::array<std::uint32_t, 4> names{};
+        target.Bind();
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            GLint name = 0;
+            glGetFramebufferAttachmentParameteriv(GL_FRAMEBUFFER, kPlaces[i],
+                                                  GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE, &name);
+            if (name == GL_NONE) continue;
+            glGetFramebufferAttachmentParameteriv(GL_FRAMEBUFFER, kPlaces[i],
+                                                  GL_FRAMEBUFFER_ATTACHMENT_OBJECT_NAME, &name);
+            names[i] = static_cast<std::uint32_t>(name);
+        }
+        GL_FrameBuffer::Unbind();
+        return names;
     }
 
     std::string said;
@@ -107,22 +131,51 @@ TEST_F(ParallaxScenes, TakesOnePictureOnItsOnlyPort) {
     EXPECT_FALSE(node.canConnect(1, &node));
     EXPECT_FALSE(node.canConnect(-1, &node));
     EXPECT_FALSE(node.canConnect(0, nullptr));
+    EXPECT_FALSE(node.canConnect(0, &add<TestCamera>("camera")));
     EXPECT_FALSE(node.hasError);
 }
 
+TEST_F(ParallaxScenes, HasAnErrorOnlyWithoutTheProgramThatComposes) {
+    struct Case {
+        const char *with, *without;
+        int shaders;
+        bool error;
+    };
+    // The blur is one text for two programs.
+    for (const Case& one : {Case{"maskedEffect", "backgroundNeon", 1, true},
+                            {"backgroundNeon", "", 1, false},
+                            {"uniform vec2 Direction", "", 2, false}}) {
+        SCOPED_TRACE(one.with);
+        const DebugCapture quiet;
+        const BrokenShaders broken(one.with, one.without);
+        EXPECT_EQ(add<ImageNode_2DParallaxRenderer>(one.with).hasError, one.error);
+        EXPECT_EQ(broken.count(), one.shaders);
+    }
+}
+
 TEST_F(ParallaxScenes, ItsTargetsAreFramesOfHalfFloats) {
-    for (const GL_FrameBuffer* target :
-         {node.layerBuffers[0].get(), node.layerBuffers[1].get(), node.blurBufferH.get(),
-          node.blurBufferV.get(), node.resultBuffer.get()}) {
+    const std::pair<const GL_FrameBuffer*, int> targets[] = {{node.layerBuffers[0].get(), 2},
+                                                             {node.layerBuffers[1].get(), 2},
+                                                             {node.blurBufferH.get(), 1},
+                                                             {node.blurBufferV.get(), 1},
+                                                             {node.resultBuffer.get(), 1}};
+    for (const auto& [target, attachments] : targets) {
         EXPECT_EQ(target->width, 1920);
         EXPECT_EQ(target->height, 1080);
         EXPECT_EQ(target->bitsPerChannel, 16u);
+        EXPECT_EQ(target->format, static_cast<std::uint32_t>(GL_RGBA));
         EXPECT_FALSE(target->hasDepth);
         EXPECT_TRUE(target->complete);
+        ASSERT_EQ(target->textureCount, attachments);
+        for (int i = 0; i < attachments; ++i) {
+            EXPECT_EQ(TextureLevelParameter(*target, GL_TEXTURE_INTERNAL_FORMAT, i), GL_RGBA16F);
+            EXPECT_EQ(TextureLevelParameter(*target, GL_TEXTURE_WIDTH, i), 1920);
+            EXPECT_EQ(TextureLevelParameter(*target, GL_TEXTURE_HEIGHT, i), 1080);
+        }
+        EXPECT_THAT(
+            AttachedTo(*target),
+            ElementsAre(target->textures[0], attachments == 2 ? target->textures[1] : 0u, 0u, 0u));
     }
-    EXPECT_EQ(node.layerBuffers[0]->textureCount, 2);
-    EXPECT_EQ(node.layerBuffers[1]->textureCount, 2);
-    EXPECT_EQ(node.blurBufferH->textureCount, 1);
 }
 
 TEST_F(ParallaxScenes, KeepsTheOrderAndTheKeysOfTheFile) {
@@ -251,11 +304,24 @@ TEST_F(ParallaxScenes, PicturesArePremultipliedAndClampedToTheirEdge) {
     layers[0].image->UnbindTextures(GL_TEXTURE0);
 }
 
-TEST_F(ParallaxScenes, ThreeChannelsArePicturesToo) {
-    const FileContent png = MakePng(8, 4, {}, NoisePixels(8, 4, 3));
+TEST_F(ParallaxScenes, PicturesHaveAsManyChannelsAsTheirFiles) {
+    const std::vector<std::uint8_t> noise = NoisePixels(7, 4, 3);  // rows that are no whole words
+    const FileContent png = MakePng(7, 4, {}, noise);
     folder.write("Graphics/rgb.png", std::string(png.begin(), png.end()));
-    EXPECT_THAT(layersNamed({"rgb.png"}), SizeIs(1));
+    const auto& layers = layersNamed({"rgb.png", "a.png"});
     EXPECT_EQ(said, "");
+    ASSERT_THAT(layers, SizeIs(2));
+    EXPECT_EQ(TextureLevelParameter(*layers[0].image, GL_TEXTURE_INTERNAL_FORMAT), GL_RGB8);
+    EXPECT_EQ(TextureLevelParameter(*layers[0].image, GL_TEXTURE_ALPHA_SIZE), 0);
+    EXPECT_FALSE(layers[0].image->hasAlpha);
+    EXPECT_EQ(TextureLevelParameter(*layers[1].image, GL_TEXTURE_INTERNAL_FORMAT), GL_RGBA8);
+    EXPECT_TRUE(layers[1].image->hasAlpha);
+    std::vector<std::uint8_t> texels(noise.size());
+    layers[0].image->BindTexture(0, GL_TEXTURE0);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, texels.data());
+    layers[0].image->UnbindTextures(GL_TEXTURE0);
+    EXPECT_EQ(texels, noise);
 }
 
 TEST_F(ParallaxScenes, ReadsAFileAgainOnlyWhenItsNameChanges) {
@@ -312,6 +378,19 @@ TEST_F(ParallaxScenes, AMissingSceneIsAnEmptySlot) {
     EXPECT_EQ(node.loadedFiles[0], "none.scn");
     node.scnFiles[0] = ".";  // a folder
     EXPECT_EQ(load(), ".: cannot be read\n");
+}
+
+// A file without end is not taken in: here one that begins well and is zeros from there on.
+TEST_F(ParallaxScenes, AFileThatIsTooLargeIsAnEmptySlot) {
+    writeScene("large.scn", {still("a.png")});
+    setScene(0, "large.scn");
+    EXPECT_EQ(load(), "");
+    EXPECT_EQ(layerCount(), 1u);
+    std::filesystem::resize_file(folder.path() / "large.scn", (std::uintmax_t{256} << 20) + 1);
+    setScene(1, ".\\large.scn");
+    EXPECT_EQ(load(), ".\\large.scn: cannot be read\n");
+    EXPECT_EQ(layerCount(1), 0u);
+    EXPECT_EQ(layerCount(0), 1u);
 }
 
 TEST_F(ParallaxScenes, EverySlotIsReadByTheFirstRun) {

@@ -6,6 +6,7 @@
 
 #include "core/random.h"
 #include "image/image_node_random_dots.h"
+#include "support/gl_state.h"
 #include "support/graph_fixture.h"
 #include "support/parameter_table.h"
 
@@ -131,6 +132,49 @@ TEST_F(RandomDotsTest, IsGreyWithoutVariance) {
     EXPECT_GT(dots, 990);
 }
 
+// Without drift a dot is the colour times its luma, the same share of each channel.
+TEST_F(RandomDotsTest, HasDotsOfItsColourWithVarianceNearZero) {
+    for (const double variance : {0.0, 0.0001}) {
+        Settings settings = {.dots = 3000, .minLuma = 0.5, .maxLuma = 4, .variance = variance};
+        const double color[3] = {0.5, 2, 0.75};
+        std::copy(color, color + 3, settings.color);
+        apply(settings);
+        node.pull();
+        const std::vector<float> texels = pixels();
+        settings.variance = 0;
+        const std::vector<float> plain = expected(settings);
+        int dots = 0, wrong = 0;
+        for (std::size_t i = 0; i < texels.size(); i += 4) {
+            if (plain[i + 3] == 0) continue;
+            ++dots;
+            for (std::size_t c = 0; c < 3; ++c) {
+                const auto actual = static_cast<double>(texels[i + c]);
+                const auto wanted = static_cast<double>(plain[i + c]);
+                // The drift, and what a half float of 11 bits makes of it.
+                const double tolerance = variance == 0 ? 0 : color[c] * variance + wanted / 1024;
+                wrong += !(std::fabs(actual - wanted) <= tolerance);
+                // In proportion: each of the two channels is rounded to 11 bits.
+                const auto red = static_cast<double>(texels[i]);
+                const double share = red / color[0] * color[c];
+                wrong += !(std::fabs(actual - share) <= 2 * color[c] * variance + share / 1024);
+            }
+        }
+        EXPECT_EQ(wrong, 0) << variance;
+        EXPECT_GT(dots, 2900);
+    }
+}
+
+TEST_F(RandomDotsTest, IsNamedDot) {
+    if (!GLEW_KHR_debug || glGetObjectLabel == nullptr) GTEST_SKIP() << "the driver knows no names";
+    for (int made = 0; made < 2; ++made) {
+        set(node, "Seed", {static_cast<float>(made)});
+        node.pull();
+        GLchar name[16] = {};
+        glGetObjectLabel(GL_TEXTURE, node.images[0]->textures[0], sizeof name, nullptr, name);
+        EXPECT_STREQ(name, "Dot");
+    }
+}
+
 TEST_F(RandomDotsTest, KeepsThePictureWhileOnlyThePlaceMoves) {
     node.pull();
     EXPECT_EQ(node.textureMatrix[12], 0);
@@ -172,19 +216,15 @@ TEST_F(RandomDotsTest, IsMadeInTheLoadPass) {
 }
 
 TEST_F(RandomDotsTest, IsTransparentOutsideOrRepeated) {
-    const auto wrap = [&] {
-        GLint mode = 0;
-        node.images[0]->BindTexture(0, GL_TEXTURE0);
-        glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, &mode);
-        return mode;
+    const auto expectWrap = [&](GLint wrap) {
+        node.pull();
+        EXPECT_EQ(TextureParameter(*node.images[0], GL_TEXTURE_WRAP_S), wrap);
+        EXPECT_EQ(TextureParameter(*node.images[0], GL_TEXTURE_WRAP_T), wrap);
+        EXPECT_EQ(node.images[0]->hasBorder, wrap == GL_CLAMP_TO_BORDER);
     };
-    node.pull();
-    EXPECT_EQ(wrap(), GL_CLAMP_TO_BORDER);
-    EXPECT_TRUE(node.images[0]->hasBorder);
+    expectWrap(GL_CLAMP_TO_BORDER);
     node.clampFlag = false;
-    node.pull();
-    EXPECT_EQ(wrap(), GL_REPEAT);
-    EXPECT_FALSE(node.images[0]->hasBorder);
+    expectWrap(GL_REPEAT);
 }
 
 TEST_F(RandomDotsTest, LeavesTheGeneratorAfterItsNumbers) {
