@@ -26,6 +26,9 @@ class QuietOutput : public TestOutput {
 
 class FrameAllocationTest : public ::testing::Test {
   protected:
+    void SetUp() override {
+        if (!kCountsAllocations) GTEST_SKIP() << "allocations are not counted";
+    }
     FrameAllocationTest() {
         for (int i = 0; i < kNodes; ++i) {
             const std::string id = "A" + std::to_string(i);

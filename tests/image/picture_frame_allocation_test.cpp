@@ -8,6 +8,11 @@ namespace {
 
 class FrameAllocation : public RadiosityTest {
   protected:
+    void SetUp() override {
+        RadiosityTest::SetUp();
+        if (!kCountsAllocations) GTEST_SKIP() << "allocations are not counted";
+    }
+
     // Of one frame, after those in which a driver and a node may still prepare themselves.
     std::size_t allocationsOfAFrame(ImageNode& drawn) {
         constexpr int kFirstFrames = 3;

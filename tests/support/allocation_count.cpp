@@ -13,6 +13,7 @@ std::size_t AllocationCount() {
     return allocationCount;
 }
 
+#ifndef __SANITIZE_ADDRESS__
 // Not inlined: the compiler would take malloc and delete for a mismatched pair.
 [[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocationCount;
@@ -25,3 +26,4 @@ std::size_t AllocationCount() {
 [[gnu::noinline]] void operator delete(void* place, std::size_t) noexcept {
     std::free(place);
 }
+#endif
