@@ -1,6 +1,11 @@
 // A frame of a node that draws costs no allocation of ours.
 #include <gtest/gtest.h>
 
+#include "image/image_node_compose.h"
+#include "image/image_node_glow.h"
+#include "image/image_node_holo_ball.h"
+#include "image/image_node_motion_blur.h"
+#include "image/image_node_random_dots.h"
 #include "image/radiosity_fixture.h"
 #include "support/allocation_count.h"
 
@@ -49,6 +54,24 @@ TEST_F(FrameAllocation, OfTheRendererIsNone) {
     EXPECT_EQ(allocationsOfAFrame(node), 0u);
     node.giSamples = "a text that is too long to be kept without an allocation, and no number";
     EXPECT_EQ(allocationsOfAFrame(node), 0u);
+}
+
+TEST_F(FrameAllocation, OfTheEffectsIsNone) {
+    auto& dots = add<ImageNode_RandomDots>("dots");
+    auto& holo = add<ImageNode_HoloBall>("holo");
+    auto& glow = add<ImageNode_Glow>("glow");
+    auto& compose = add<ImageNode_Compose>("compose");
+    auto& blur = add<ImageNode_MotionBlur>("blur");
+    link(holo, glow, ImageNode_Glow::kInputPort);
+    link(dots, glow, ImageNode_Glow::kMaskPort);
+    link(glow, compose, 0);
+    link(dots, compose, 1);
+    link(compose, blur, 0);
+    set(blur, "Samples", {0});
+    set(glow, "Mask", {0.5f});
+    set(holo, "resize", {1});
+    set(holo, "MetaballFX", {0.5f});
+    EXPECT_EQ(allocationsOfAFrame(blur), 0u);
 }
 
 TEST_F(FrameAllocation, CountsWhatATargetCosts) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "parallax_fixture.h"
+#include "support/allocation_count.h"
 #include "support/gl_state.h"
 
 namespace {
@@ -436,6 +437,17 @@ TEST_F(ParallaxChain, LeavesNothingBound) {
             EXPECT_EQ(LeftBehind(), "");
         }
     }
+}
+
+TEST_F(ParallaxChain, AllocatesNothingInAFrame) {
+    if (!kCountsAllocations) GTEST_SKIP() << "allocations are not counted";
+    use(Scene({{"Neon a.png", 27, &kFirst, kPart, true}, {"b.png", 2, &kSecond, kWhole}}, 11));
+    const Region pixel = {700, 300, 1, 1};
+    for (int frame = 0; frame < 3; ++frame) run(0, pixel);  // a driver may prepare itself
+    node.updated = false;
+    const std::size_t before = AllocationCount();
+    node.pull();
+    EXPECT_EQ(AllocationCount() - before, 0u);
 }
 
 TEST_F(ParallaxChain, OffersTheResultAndKeepsItWithoutLayers) {
