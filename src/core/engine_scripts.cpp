@@ -37,13 +37,16 @@ std::string CountOfNodes(std::size_t count) {
     return count == 1 ? "1 node" : std::to_string(count) + " nodes";
 }
 
+// A fault is not talked over by what is told after it.
 void Tell(ScriptChanges& changes, const std::string& path, const std::string& text) {
-    changes.told = path + ": " + text;
-    DebugOutput(changes.told + "\n");
+    const std::string line = path + ": " + text;
+    if (!changes.anyFault) changes.told = line;
+    DebugOutput(line + "\n");
 }
 
 void TellFault(ScriptChanges& changes, const std::string& path, const std::string& text) {
     changes.told = path + ": " + text;
+    changes.anyFault = true;
     ReportBadFile(path, text);
 }
 
@@ -171,12 +174,15 @@ void Engine::renewScript(NodeScript& known, const NodeScript& script, ScriptChan
     known = script;
     listTypeNames();
     const std::vector<ImageNode_Shader*> users = nodesOfFile(script.fileName);
+    const bool mended = std::any_of(users.begin(), users.end(),
+                                    [](const ImageNode_Shader* node) { return node->hasError; });
     for (ImageNode_Shader* node : users) {
         if (program == nullptr) program = ImageNode_Shader::MakeProgram(script);
         takeScriptIn(*node, script, std::move(program), changes);
     }
     if (!changes.otherParams.empty()) orderValues();
-    Tell(changes, script.fileName, "taken up by " + CountOfNodes(users.size()));
+    Tell(changes, script.fileName,
+         (mended ? "mended, and taken up by " : "taken up by ") + CountOfNodes(users.size()));
 }
 
 void Engine::takeScriptIn(ImageNode_Shader& node, const NodeScript& script,
@@ -241,7 +247,7 @@ void Engine::refuseScript(NodeScript& known, const NodeScript& script, const std
 void Engine::loseScript(const std::string& path, ScriptChanges& changes) {
     if (scriptOfFile(path) == nullptr) return;
     const std::size_t users = nodesOfFile(path).size();
+    const std::string nodesToo = users == 0 ? std::string() : " and its " + CountOfNodes(users);
     Tell(changes, path,
-         "has gone; " + CountOfNodes(users) + " of it stay" + (users == 1 ? "s" : "") +
-             " as before");
+         "has gone; its type" + nodesToo + " stay" + (users == 0 ? "s" : "") + " till the end");
 }

@@ -34,5 +34,7 @@ struct ScriptChanges {
     std::vector<Node*> otherParams;  // nodes whose parameters are others now
     bool otherInputs = false;        // nodes have other inputs or links
     std::vector<RetiredParams> retired;
-    std::string told;  // the last line on the debug channel, without its line feed
+    // The last line on the debug channel, without its line feed: a fault where there was one.
+    std::string told;
+    bool anyFault = false;
 };

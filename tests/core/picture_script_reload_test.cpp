@@ -293,6 +293,7 @@ TEST_F(ScriptReloadTest, TheErrorGoesWhenItIsMended) {
     save(text("Test", "Param 0, \"A\", float, 0, 1, 0\n", "vec4(0, A, 0, 1)"));
     EXPECT_FALSE(node().hasError);
     EXPECT_THAT(node().faults(), IsEmpty());
+    EXPECT_THAT(said_.text(), HasSubstr("b.node: mended, and taken up by 1 node\n"));
     expectPicture(node(), {0, 0.5f, 0, 1});
 }
 
@@ -377,11 +378,11 @@ TEST_F(ScriptReloadTest, AFileThatCannotBeReadLeavesEverythingAsItWas) {
 }
 
 TEST_F(ScriptReloadTest, ADeletedFileLeavesNodesAndTypeAsTheyAre) {
-    said_.text();
     const std::string before = said_.text();
-    EXPECT_EQ(lose("b.node").told, ".\\Scripts\\b.node: has gone; 1 node of it stays as before");
+    EXPECT_EQ(lose("b.node").told,
+              ".\\Scripts\\b.node: has gone; its type and its 1 node stay till the end");
     EXPECT_EQ(said_.text().substr(before.size()),
-              ".\\Scripts\\b.node: has gone; 1 node of it stays as before\n");
+              ".\\Scripts\\b.node: has gone; its type and its 1 node stay till the end\n");
     EXPECT_EQ(lose("never.node").told, "");
     EXPECT_FALSE(node().hasError);
     EXPECT_THAT(engine_.typeNames, ElementsAre("Test", "Picture"));
