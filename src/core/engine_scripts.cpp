@@ -158,7 +158,9 @@ bool Engine::nameIsTaken(const NodeScript& script) const {
 // In the place that it would have had when the program started.
 void Engine::addScript(NodeScript script, ScriptChanges& changes) {
     const std::unique_ptr<ShaderProgram> program = ImageNode_Shader::MakeProgram(script);
-    Tell(changes, script.fileName, "new node type \"" + script.name + "\"");
+    Tell(changes, script.fileName,
+         (nameIsTaken(script) ? "another script of the type \"" : "new node type \"") +
+             script.name + "\"");
     if (!program->linked) TellFault(changes, script.fileName, CompileFault(program->errorLog()));
     const auto place = std::upper_bound(
         scripts.begin(), scripts.end(), script,
@@ -181,8 +183,8 @@ void Engine::renewScript(NodeScript& known, const NodeScript& script, ScriptChan
         takeScriptIn(*node, script, std::move(program), changes);
     }
     if (!changes.otherParams.empty()) orderValues();
-    Tell(changes, script.fileName,
-         (mended ? "mended, and taken up by " : "taken up by ") + CountOfNodes(users.size()));
+    const std::string by = users.empty() ? "" : " by " + CountOfNodes(users.size());
+    Tell(changes, script.fileName, (mended ? "mended, and taken up" : "taken up") + by);
 }
 
 void Engine::takeScriptIn(ImageNode_Shader& node, const NodeScript& script,
@@ -207,10 +209,11 @@ void Engine::retargetTracks(ImageNode_Shader& node, const RetiredParams& old) {
         return nullptr;
     };
     for (KeyframeTrack* track : allTracks()) {
-        if (track->owner != &node) continue;
-        track->target = track->target == nullptr
-                            ? named(*track)
-                            : old.successorOf(track->target, node.script.params);
+        if (track->target == nullptr) {
+            if (track->owner == &node) track->target = named(*track);
+        } else if (const auto successor = old.successorOf(track->target, node.script.params)) {
+            track->target = *successor;
+        }
     }
     ++trackEdits_;
 }

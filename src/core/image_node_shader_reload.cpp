@@ -40,7 +40,8 @@ void CarryValue(const ShaderParam& from, ShaderParam& to) {
 
 }  // namespace
 
-float* RetiredParams::successorOf(const float* target, std::vector<ShaderParam>& newParams) const {
+std::optional<float*> RetiredParams::successorOf(const float* target,
+                                                 std::vector<ShaderParam>& newParams) const {
     for (std::size_t place = 0; place < params.size(); ++place) {
         const std::span<const float> floats = FloatsOf(params[place]);
         for (std::size_t i = 0; i < floats.size(); ++i) {
@@ -49,7 +50,7 @@ float* RetiredParams::successorOf(const float* target, std::vector<ShaderParam>&
             return &FloatsOf(newParams[static_cast<std::size_t>(successors[place])])[i];
         }
     }
-    return nullptr;
+    return std::nullopt;
 }
 
 TakenScript ImageNode_Shader::takeScript(const NodeScript& changed,

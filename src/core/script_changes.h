@@ -18,9 +18,10 @@ struct RetiredParams {
     std::vector<int> successors;  // of each of `params`: its index among the new ones, or -1
     std::vector<std::unique_ptr<Value_Object>> values;
 
-    // The float among the new parameters that took the place of one of these; null when there is
-    // none.
-    float* successorOf(const float* target, std::vector<ShaderParam>& newParams) const;
+    // The float among the new parameters that took the place of one of these, null when none did;
+    // nothing for a float that is none of these.
+    std::optional<float*> successorOf(const float* target,
+                                      std::vector<ShaderParam>& newParams) const;
 };
 
 // What a node's version of its script differs in from the version before.

@@ -351,6 +351,15 @@ TEST_F(ScriptReloadTest, ANewScriptIsOfferedInItsPlace) {
     expectPicture(node("l"), {1, 1, 1, 1});
 }
 
+TEST_F(ScriptReloadTest, ACopyOfAScriptIsToldAsOneAndLeavesTheNodesToTheirs) {
+    write("a.node", text("Test", "", "vec4(0, 0, 1, 1)"));
+    EXPECT_EQ(take("a.node").told, ".\\Scripts\\a.node: another script of the type \"Test\"");
+    write("a.node", text("Copy", "", "vec4(0, 0, 1, 1)"));
+    EXPECT_EQ(take("a.node").told, ".\\Scripts\\a.node: taken up");
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Copy", "Test", "Picture"));
+    expectPicture(node(), {0.25f, 0, 0, 1});
+}
+
 TEST_F(ScriptReloadTest, WhatEditorsLeaveBesideAFileIsNoNewScript) {
     for (const char* name : {"b.node~", ".b.node", "#b.node#", ".b.node.swp", "b.node.bak"}) {
         write(name, text("Copy", "", "vec4(1)"));
