@@ -4,6 +4,7 @@
 
 #include "core/engine.h"
 #include "core/image_node_shader.h"
+#include "core/project_reader.h"
 #include "core/script_changes.h"
 #include "core/script_faults.h"
 #include "gpu/shader_program.h"
@@ -198,9 +199,11 @@ void Engine::takeScriptIn(ImageNode_Shader& node, const NodeScript& script,
     changes.retired.push_back(std::move(*taken.retired));
 }
 
-// Tracks go with their parameters. Those that drove nothing may find theirs now, by name.
+// Tracks go with their parameters. Those that drive nothing are looked at as a load would do it,
+// and then for a parameter with a dot in its name, which a load does not find.
 void Engine::retargetTracks(ImageNode_Shader& node, const RetiredParams& old) {
     const auto named = [&](const KeyframeTrack& track) -> float* {
+        if (float* target = TargetByName(*this, track, node.id)) return target;
         for (const Value_Object* value : valuesOf(&node)) {
             for (const ValueChannel& channel : ChannelsOf(*value)) {
                 if (track.name == node.id + "." + value->name + channel.suffix) return channel.data;
@@ -209,11 +212,10 @@ void Engine::retargetTracks(ImageNode_Shader& node, const RetiredParams& old) {
         return nullptr;
     };
     for (KeyframeTrack* track : allTracks()) {
-        if (track->target == nullptr) {
-            if (track->owner == &node) track->target = named(*track);
-        } else if (const auto successor = old.successorOf(track->target, node.script.params)) {
+        if (const auto successor = old.successorOf(track->target, node.script.params)) {
             track->target = *successor;
         }
+        if (track->target == nullptr && track->owner == &node) track->target = named(*track);
     }
     ++trackEdits_;
 }

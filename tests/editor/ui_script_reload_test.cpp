@@ -2,6 +2,9 @@
 // has in hand.
 #include <GL/glew.h>
 
+#include <algorithm>
+#include <random>
+
 #include "authoring_fixture.h"
 #include "core/image_node_shader.h"
 #include "editor/node_type_catalog.h"
@@ -93,7 +96,121 @@ class ScriptOnScreen : public AuthoringTest {
     }
 };
 
+// Whatever becomes of a script: nodes, tracks, panels and boxes agree with each other, and the
+// project is the one that a load of it gives.
+class ScriptChurn : public ScriptOnScreen {
+  protected:
+    std::uint32_t below(std::uint32_t count) { return random_() % count; }
+
+    // Up to four inputs and six parameters, each of any kind; one in eight does not compile. A
+    // project finds parameters by their names: what is to be loaded again has each name once.
+    enum class Names { Once, Any };
+    std::string anyScript(Names names) {
+        static constexpr const char* kNames[] = {"A", "B", "C", "D", "E", "F", "", "E.x"};
+        static constexpr const char* kKinds[] = {"float, 0, 1, 0.5",
+                                                 "floatEvolution, 0, 9, 2",
+                                                 "int, 0, 9, 3",
+                                                 "direction, 1, 2",
+                                                 "position, 0.5, 0.5",
+                                                 "color, 1, 0.5, 0, 1",
+                                                 "option, 2, \"p\", \"q\", 1",
+                                                 "option, 1, \"q\", 0",
+                                                 "unknown"};
+        const std::uint32_t first = below(6);
+        const auto name = [&](std::uint32_t i) {
+            const std::uint32_t place = names == Names::Once ? (first + i) % 6 : below(8);
+            return "\"" + std::string(kNames[place]) + "\"";
+        };
+        std::string declarations;
+        for (std::uint32_t i = 0, count = below(5); i < count; ++i) {
+            declarations += "Input " + std::to_string(i) + ", " + name(i) + ", \"x\"\n";
+        }
+        for (std::uint32_t i = 0, count = below(7); i < count; ++i) {
+            declarations +=
+                "Param " + std::to_string(i) + ", " + name(i) + ", " + kKinds[below(9)] + "\n";
+        }
+        return text(declarations, below(8) == 0 ? "vec4(nothing)" : "vec4(0.5)");
+    }
+    void editAtRandom() {
+        const std::string id = below(2) == 0 ? "w" : "x";
+        const std::vector<Value_Object*> values = engine.valuesOf(&wave(id));
+        if (!values.empty()) {
+            const Value_Object& value = *values[below(static_cast<std::uint32_t>(values.size()))];
+            if (below(2) == 0) engine.addAnimation(id, value.name);
+            for (const ValueChannel& channel : ChannelsOf(value)) {
+                *channel.data = static_cast<float>(below(100)) / 8;
+            }
+        }
+        if (wave(id).inputCount > 0) {
+            const int port =
+                static_cast<int>(below(static_cast<std::uint32_t>(wave(id).inputCount)));
+            if (!engine.connect(below(2) == 0 ? "w" : "x", id, port)) ADD_FAILURE();
+        }
+        if (below(2) == 0) ui.OpenPanel(id);
+    }
+    void checkNode(const std::string& id) {
+        const ImageNode_Shader& node = wave(id);
+        std::size_t declared = 0;
+        for (const ShaderParam& param : node.script.params) {
+            declared += param.type == kParamNone ? 0 : 1;
+        }
+        EXPECT_EQ(engine.valuesOf(&node).size(), declared);
+        const auto isHere = [&](const float* target) {
+            for (const ShaderParam& param : node.script.params) {
+                for (const float& number : FloatsOf(param)) {
+                    if (&number == target) return true;
+                }
+            }
+            return false;
+        };
+        for (const Value_Object* value : engine.valuesOf(&node)) {
+            for (const ValueChannel& channel : ChannelsOf(*value))
+                EXPECT_TRUE(isHere(channel.data));
+        }
+        for (const KeyframeTrack* track : engine.allTracks()) {
+            if (track->owner == &node && track->target != nullptr) {
+                EXPECT_TRUE(isHere(track->target)) << track->name;
+            }
+        }
+        ASSERT_EQ(node.inputs.size(), node.script.inputNames.size());
+        for (const Node* source : node.inputs) {
+            if (source == nullptr) continue;
+            EXPECT_TRUE(std::ranges::count(source->consumers, &node) > 0);
+        }
+        EXPECT_EQ(ui.nodeCanvas->boxOf(id)->inputCount, node.inputCount);
+        EXPECT_EQ(ui.nodeCanvas->boxOf(id)->inputNames, node.inputNames);
+    }
+    void checkProject() {
+        ASSERT_TRUE(engine.save("again.vorn"));
+        Engine second(types(), nullptr);
+        second.viewerTarget = ui.editorTarget.get();
+        second.init();
+        ASSERT_TRUE(second.load("again.vorn", true, ""));
+        second.updateAnimation();
+        EXPECT_EQ(second.sceneBytes(), engine.sceneBytes());
+    }
+
+    std::mt19937 random_{7};
+};
+
 }  // namespace
+
+TEST_F(ScriptChurn, KeepsEverythingTogether) {
+    ui.playing = false;
+    for (int round = 0; round < 120 && !HasFailure(); ++round) {
+        SCOPED_TRACE(round);
+        editAtRandom();
+        ui.Rebuild(UI_Engine::Boxes::Capture);
+        save(anyScript(round % 8 == 0 ? Names::Once : Names::Any));
+        checkNode("w");
+        checkNode("x");
+        engine.update(static_cast<float>(below(4)));
+        if (round % 8 != 0) continue;
+        frame();
+        ui.DrawFrame();
+        if (!wave().hasError) checkProject();
+    }
+}
 
 TEST_F(ScriptOnScreen, AnErrorShowsOnBoxPanelAndLogUntilItIsMended) {
     ui.OpenPanel("w");
