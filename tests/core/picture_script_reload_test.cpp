@@ -182,6 +182,8 @@ TEST_F(ScriptReloadTest, KeysGoOnDrivingTheirParameters) {
     engine_.time = 0;
     engine_.addAnimation("s", "A");
     track("s.A")->setKeys({{0, 0, kKeyLinear}, {1, 1, kKeyLinear}});
+    engine_.update(0.25f);
+    EXPECT_EQ(*floats("A"), 0.25f);
     save(text("Test", "Param 0, \"B\", float, 0, 1, 0\nParam 1, \"A\", float, 0, 1, 0\n",
               "vec4(A, 0, 0, 1)"));
     EXPECT_EQ(track("s.A")->target, floats("A"));
