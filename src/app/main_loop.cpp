@@ -57,6 +57,7 @@ void RunFrame(Session& session, bool& started) {
     glClearColor(0, 0, 0, 1);
     glClear(GL_COLOR_BUFFER_BIT);
     session.ui->BeginFrameUpdate();
+    session.followScripts();
     session.engine->update(session.ui->editorTime);
     if (!started) {
         session.ui->StartPlayback();

@@ -29,6 +29,10 @@ std::unique_ptr<Session> Session::Start(WindowKind kind, std::string& reason, in
 
     const bool audible = kind != WindowKind::Offscreen;
     session->engine = std::make_unique<Engine>(BuiltInNodeTypes(), MakeSoundSystem(audible));
+    // The watch comes before the engine reads the folder, so that no change falls in between.
+    if (kind != WindowKind::Offscreen) {
+        session->scriptWatch_ = std::make_unique<FolderWatch>("Scripts", &IsScriptFileName);
+    }
     session->engine->init();
     session->ui = std::make_unique<UI_Engine>();
     if (!session->startEditor()) {
@@ -77,6 +81,13 @@ Session::~Session() {
 void Session::showScreen(ScreenKind kind) {
     ui->ShowScreen(kind);
     window->showCursor(kind == ScreenKind::Authoring);
+}
+
+void Session::followScripts() {
+    if (scriptWatch_ == nullptr) return;
+    const double now =
+        static_cast<double>(PerformanceCounter()) / static_cast<double>(PerformanceFrequency());
+    ui->TakeScriptFiles(scriptWatch_->takeChanges(now));
 }
 
 // A few times a second: each costs a little of the time that the load takes.

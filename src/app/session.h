@@ -8,6 +8,7 @@
 
 #include "core/engine.h"
 #include "editor/ui_engine.h"
+#include "platform/folder_watch.h"
 #include "platform/window.h"
 
 class Session {
@@ -25,6 +26,8 @@ class Session {
     void drawEditor();
     // The same with a line along the bottom that is as long as the part of a load that is done.
     void drawLoadProgress(double part);
+    // Takes up node scripts that were saved since the last frame. Without a window: nothing.
+    void followScripts();
     // What the window shows, 1920 by 1080, bottom row first.
     const GL_FrameBuffer& picture() const { return *screen_; }
 
@@ -44,6 +47,7 @@ class Session {
     void drawPicture();
     void showPicture();
 
-    std::uint64_t progressShown_ = 0;         // the counter when it was last brought up to date
-    std::unique_ptr<GL_FrameBuffer> screen_;  // the 1920 by 1080 picture that the window shows
+    std::unique_ptr<FolderWatch> scriptWatch_;  // null without a window
+    std::uint64_t progressShown_ = 0;           // the counter when it was last brought up to date
+    std::unique_ptr<GL_FrameBuffer> screen_;    // the 1920 by 1080 picture that the window shows
 };

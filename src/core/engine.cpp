@@ -4,9 +4,7 @@
 #include <utility>
 
 #include "core/frame_profiler.h"
-#include "core/image_node_shader.h"
 #include "platform/debug_output.h"
-#include "platform/files.h"
 #include "platform/task_pool.h"
 #include "platform/window.h"
 
@@ -29,30 +27,9 @@ bool Engine::init() {
 
     bool folderOpened = false;
     scanScripts(folderOpened);
-    for (const NodeType& type : builtInTypes_) typeNames.emplace_back(type.name);
+    listTypeNames();
     music = std::make_unique<MusicPlayer>(sound_.get());
     return folderOpened;
-}
-
-void Engine::scanScripts(bool& folderOpened) {
-    const auto names = ListFiles("Scripts");
-    folderOpened = names.has_value();
-    if (!names) return;
-    constexpr std::uint64_t kMaxScriptFile = 16u << 20;
-    for (const std::string& name : *names) {
-        if (name.find(".node") == std::string::npos) continue;
-        const std::string path = ".\\Scripts\\" + name;
-        const auto bytes = ReadWholeFile(path, kMaxScriptFile);
-        if (!bytes) {
-            ReportBadFile(path, "cannot be read, or is longer than 16 MB");
-            continue;
-        }
-        NodeScript script;
-        const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-        if (!parseScript(text, path, script)) continue;
-        typeNames.push_back(script.name);
-        scripts.push_back(std::move(script));
-    }
 }
 
 void Engine::update(float timeSeconds) {
@@ -89,7 +66,7 @@ std::unique_ptr<Node> Engine::makeNode(const std::string& nodeId, const std::str
         if (typeName == type.name) return type.make(*this, nodeId);
     }
     if (script == scripts.end()) return nullptr;
-    return std::make_unique<ImageNode_Shader>(this, nodeId, *script);
+    return makeScriptNode(nodeId, *script);
 }
 
 bool Engine::createNode(const std::string& givenId, const std::string& typeName) {

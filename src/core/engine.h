@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,6 +23,11 @@
 class Engine;
 class FrameProfiler;
 class GL_FrameBuffer;
+class ImageNode_Shader;
+class ShaderProgram;
+struct FileChange;
+struct RetiredParams;
+struct ScriptChanges;
 
 // How to make a node of a type, and its family (a NodeFamily) where that is known beforehand.
 struct NodeFactory {
@@ -56,6 +62,12 @@ class Engine : public Value_Keyframe_Handler {
     // could be opened.
     bool init();
     const std::vector<NodeType>& builtInTypes() const { return builtInTypes_; }
+    // Takes up files of the folder Scripts that were changed, made or deleted while the program
+    // runs; between frames. Nodes of a changed script get the new shader and keep values, keys and
+    // links by name. Where the shader does not compile, they keep the version that runs and have an
+    // error until it is mended. The nodes of a deleted file stay as they are, and its type stays on
+    // offer. Each file is told of in one line.
+    ScriptChanges takeScriptFiles(const std::vector<FileChange>& files);
     // One frame: music, animation, then every output in order, each with what it pulls.
     void update(float timeSeconds);
 
@@ -143,7 +155,24 @@ class Engine : public Value_Keyframe_Handler {
     std::unique_ptr<MusicPlayer> music;
 
   private:
+    // --- node scripts: engine_scripts.cpp
     void scanScripts(bool& folderOpened);
+    void listTypeNames();
+    NodeScript* scriptOfFile(std::string_view path);
+    std::vector<ImageNode_Shader*> nodesOfFile(std::string_view path) const;
+    void takeScriptFile(const std::string& name, ScriptChanges& changes);
+    bool followMovedFile(const NodeScript& script, ScriptChanges& changes);
+    bool nameIsTaken(const NodeScript& script) const;
+    void addScript(NodeScript script, ScriptChanges& changes);
+    void renewScript(NodeScript& known, const NodeScript& script, ScriptChanges& changes);
+    void refuseScript(NodeScript& known, const NodeScript& script, const std::string& driverLog,
+                      ScriptChanges& changes);
+    void loseScript(const std::string& path, ScriptChanges& changes);
+    void takeScriptIn(ImageNode_Shader& node, const NodeScript& script,
+                      std::unique_ptr<ShaderProgram> program, ScriptChanges& changes);
+    void retargetTracks(ImageNode_Shader& node, const RetiredParams& old);
+    void orderValues();
+    std::unique_ptr<Node> makeScriptNode(const std::string& nodeId, const NodeScript& script);
     std::unique_ptr<Node> makeNode(const std::string& nodeId, const std::string& typeName);
     template <typename V>
     V& declare(Node* node, std::string name);
@@ -156,4 +185,6 @@ class Engine : public Value_Keyframe_Handler {
     std::uint64_t trackEdits_ = 1;                   // grows with every change of tracks or keys
     std::size_t loadSteps_ = 0, loadStepsDone_ = 0;  // of a load; 0 of 0 outside of one
     std::uint64_t compiledEdits_ = 0;                // the state that player_ holds
+    // By file: what the driver says of a version that came after the one in `scripts`, which runs.
+    std::map<std::string, std::string, std::less<>> refusedScripts_;
 };

@@ -2,10 +2,12 @@
 
 #include <GL/glew.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "core/engine.h"
+#include "core/script_faults.h"
 #include "gpu/embedded_shaders.h"
 #include "gpu/full_screen_quad.h"
 #include "gpu/gl_debug.h"
@@ -26,20 +28,33 @@ int Truncated(float value) {
 
 ImageNode_Shader::ImageNode_Shader(Engine* owner, const std::string& nodeId,
                                    const NodeScript& nodeScript)
-    : ImageNode(owner, nodeId), script(nodeScript), target_(*this) {
+    : ImageNode(owner, nodeId),
+      script(nodeScript),
+      declaredParams_(nodeScript.params),
+      target_(*this) {
     setInputCount(static_cast<int>(script.inputNames.size()));
     inputNames = script.inputNames;
     declareParams();
 
-    program =
-        std::make_unique<ShaderProgram>(script.name, EmbeddedShader("script_node.vert").data(),
-                                        nullptr, script.source.c_str(), QuadAttributes(), 1);
-    setError(!program->linked);
-    if (hasError) ReportBadFile(script.fileName, "its shader does not compile");
+    program = MakeProgram(script);
+    if (!program->linked) {
+        refuseScript(program->errorLog());
+        ReportBadFile(script.fileName, CompileFault(program->errorLog()));
+    }
     findLocations();
 }
 
 ImageNode_Shader::~ImageNode_Shader() = default;
+
+// Empty lines before the source, which may stand even before "#version", give its lines the numbers
+// that they have in the file.
+std::unique_ptr<ShaderProgram> ImageNode_Shader::MakeProgram(const NodeScript& nodeScript) {
+    const auto linesBefore = static_cast<std::size_t>(std::max(nodeScript.sourceLine - 1, 0));
+    const std::string source = std::string(linesBefore, '\n') + nodeScript.source;
+    return std::make_unique<ShaderProgram>(nodeScript.name,
+                                           EmbeddedShader("script_node.vert").data(), nullptr,
+                                           source.c_str(), QuadAttributes(), 1);
+}
 
 void ImageNode_Shader::declareParams() {
     for (ShaderParam& p : script.params) {
@@ -79,6 +94,8 @@ void ImageNode_Shader::findLocations() {
     };
     frameLocations_ = {find("textureMatrix"), find("ng_time"), find("ng_aspectRatio"),
                        find("ng_sampleSize")};
+    inputLocations_.clear();
+    paramLocations_.clear();
     for (std::size_t port = 0; port < inputNames.size(); ++port) {
         inputLocations_.push_back(
             {find("textureMatrix_Input[" + std::to_string(port) + "]"), find(inputNames[port])});

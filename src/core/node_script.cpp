@@ -9,6 +9,7 @@
 namespace {
 
 constexpr std::size_t kMaxTokenLength = 255;
+constexpr std::string_view kScriptEnding = ".node";
 
 bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
@@ -87,6 +88,9 @@ class ScriptParser {
 
     void readSource() {
         setSource(text_.substr(place_));
+        const auto lineFeeds =
+            std::count(text_.begin(), text_.begin() + static_cast<long>(place_), '\n');
+        script_.sourceLine = static_cast<int>(lineFeeds) + 1;
         place_ = text_.size();
     }
 
@@ -102,6 +106,7 @@ class ScriptParser {
         std::string name;
         readToken(name);
         script_.source.clear();
+        script_.sourceLine = 0;
         const auto it = shaderLibrary.find(name);
         if (it == shaderLibrary.end()) return note("no library shader \"" + name + "\"");
         setSource(it->second);
@@ -191,6 +196,34 @@ class ScriptParser {
 };
 
 }  // namespace
+
+std::span<float> FloatsOf(ShaderParam& param) {
+    switch (param.type) {
+        case kParamFloat:
+        case kParamInt:
+            return {&param.value, 1};
+        case kParamDirection:
+            return param.direction;
+        case kParamPosition:
+            return param.position;
+        case kParamColor:
+            return param.color;
+        default:
+            return {};
+    }
+}
+
+std::span<const float> FloatsOf(const ShaderParam& param) {
+    return FloatsOf(const_cast<ShaderParam&>(param));
+}
+
+bool IsScriptFileName(std::string_view name) {
+    return name.find(kScriptEnding) != std::string_view::npos;
+}
+
+bool IsWrittenScriptName(std::string_view name) {
+    return name.ends_with(kScriptEnding) && !name.starts_with('.') && !name.starts_with('#');
+}
 
 bool parseScript(std::string_view text, std::string_view fileName, NodeScript& script) {
     script.fileName = fileName;

@@ -65,6 +65,26 @@ float* TargetIn(const Value_Object& value, char channel) {
 
 }  // namespace
 
+float* TargetByName(const Engine& engine, const KeyframeTrack& track, const std::string& ownerId) {
+    const std::size_t place = track.name.find(ownerId);
+    const std::size_t start = place + ownerId.size() + 1;
+    if (place == std::string::npos || start > track.name.size()) return nullptr;
+    std::string param = track.name.substr(start);
+    char channel = 0;
+    const std::size_t lastDot = param.rfind('.');
+    if (!IsWholeName(param) && lastDot != std::string::npos) {
+        const std::size_t last = param.find_last_not_of('.');
+        if (last != std::string::npos) channel = param[last];
+        param.resize(lastDot);
+    }
+    float* result = nullptr;
+    for (const Value_Object* value : engine.valuesOf(track.owner)) {
+        if (value->name != param) continue;
+        if (float* target = TargetIn(*value, channel)) result = target;
+    }
+    return result;
+}
+
 ProjectReader::ProjectReader(Engine& engine, std::span<const std::uint8_t> bytes,
                              std::string prefix)
     : engine_(engine), in_(bytes), prefix_(std::move(prefix)) {}
@@ -245,7 +265,7 @@ void ProjectReader::readTrack() {
     for (std::uint32_t& word : track->reserved) word = in_.readU32();
     readKeys(*track);
     track->owner = engine_.findNode(ownerId);
-    if (track->owner != nullptr) resolveTarget(*track, ownerId);
+    if (track->owner != nullptr) track->target = TargetByName(engine_, *track, ownerId);
     if (track->target == nullptr) note({"track \"", track->name, "\" drives nothing"});
     engine_.appendTrack(ownerId, std::move(track));
 }
@@ -263,24 +283,6 @@ void ProjectReader::readKeys(KeyframeTrack& track) {
     }
     if (present < count) note({kEndsEarly});
     track.setKeys(std::move(keys));
-}
-
-void ProjectReader::resolveTarget(KeyframeTrack& track, const std::string& ownerId) {
-    const std::size_t place = track.name.find(ownerId);
-    const std::size_t start = place + ownerId.size() + 1;
-    if (place == std::string::npos || start > track.name.size()) return;
-    std::string param = track.name.substr(start);
-    char channel = 0;
-    const std::size_t lastDot = param.rfind('.');
-    if (!IsWholeName(param) && lastDot != std::string::npos) {
-        const std::size_t last = param.find_last_not_of('.');
-        if (last != std::string::npos) channel = param[last];
-        param.resize(lastDot);
-    }
-    for (const Value_Object* value : engine_.valuesOf(track.owner)) {
-        if (value->name != param) continue;
-        if (float* target = TargetIn(*value, channel)) track.target = target;
-    }
 }
 
 bool Engine::load(const std::string& path, bool clearSceneFirst, const std::string& idPrefix) {

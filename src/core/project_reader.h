@@ -14,6 +14,10 @@ class Engine;
 class KeyframeTrack;
 class Value_Object;
 
+// The float that a track drives, found among the values of its owner by the track's name, which
+// begins with `ownerId`; null when the owner has none that fits.
+float* TargetByName(const Engine& engine, const KeyframeTrack& track, const std::string& ownerId);
+
 class ProjectReader {
   public:
     // `prefix` is put before every node id that is read.
@@ -37,7 +41,6 @@ class ProjectReader {
     void readTracks();
     void readTrack();
     void readKeys(KeyframeTrack& track);
-    void resolveTarget(KeyframeTrack& track, const std::string& ownerId);
     // Keeps the first fault; the words are joined only when they are kept.
     void note(std::initializer_list<std::string_view> words);
     // Is entry `index` of `count` there to be read? A file that ends before is at fault.

@@ -35,6 +35,7 @@ class UI_PropertiesColumn;
 class UI_Selection;
 class UI_TextBox;
 struct AuthoringScreen;
+struct FileChange;
 
 // What shares the lower part of the authoring screen.
 enum LayoutMode : int {
@@ -98,6 +99,9 @@ class UI_Engine : public UI_Evt_ValueChanged {
     // Nothing happens for an id without a node and for a panel that is open.
     void OpenPanel(const std::string& id);
     void ClosePanel(UI_Panel* panel);
+    // Files of the folder Scripts were changed, made or deleted: hands them to the engine, and makes
+    // panels and boxes of changed nodes anew. Between frames, in either screen.
+    void TakeScriptFiles(const std::vector<FileChange>& files);
     // Hands the engine's tracks to the timeline.
     void RefreshTimeline();
     // A line that stays for some seconds.

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "core/engine.h"
+#include "core/script_changes.h"
 #include "editor/node_canvas_host.h"
 #include "editor/ui_authoring_screen.h"
 #include "editor/ui_canvas_host.h"
@@ -59,6 +60,24 @@ void UI_Engine::RefreshTimeline() {
     if (keyTimeline == nullptr) return;
     keyTimeline->SetTracks(tracks);
     keyTimeline->RebuildTrackList();
+}
+
+// What widgets and pins point at lives until they are made anew.
+void UI_Engine::TakeScriptFiles(const std::vector<FileChange>& files) {
+    if (files.empty()) return;
+    const ScriptChanges changes = engine->takeScriptFiles(files);
+    for (const Node* node : changes.otherParams) {
+        const auto open = openPanels.find(node->id);
+        auto* panel =
+            open == openPanels.end() ? nullptr : dynamic_cast<UI_PropertiesPanel*>(open->second);
+        if (panel != nullptr) panel->RemakeWidgets(*imagePanel);
+    }
+    if (changes.otherInputs && !presentationMode) {
+        nodeCanvas->cancel();
+        nodeCanvas->capturePlaces();
+        nodeCanvas->rebuildBoxes();
+    }
+    if (!changes.told.empty()) SetStatus(changes.told);
 }
 
 void UI_Engine::OpenPanel(const std::string& id) {

@@ -122,6 +122,7 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     void drawMarks(const UI_Node& box, const Node* node);
     void drawGesture();
     void drawHoverName();
+    void drawFault(const UI_Node& box);
     void drawHint();
     bool isVisible(const UI_Node& box) const;
     bool isStressed(const UI_Node& box) const;

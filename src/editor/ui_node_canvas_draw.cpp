@@ -4,10 +4,12 @@
 #include <utility>
 
 #include "core/engine.h"
+#include "core/script_faults.h"
 #include "editor/link_curve.h"
 #include "editor/ui_master.h"
 #include "editor/ui_node.h"
 #include "editor/ui_node_canvas.h"
+#include "editor/ui_properties_panel.h"
 
 namespace {
 
@@ -269,7 +271,7 @@ void UI_NodeCanvas::drawGesture() {
     }
 }
 
-// The name of the input under the pointer, with what feeds it.
+// The name of the input under the pointer, with what feeds it, or what is wrong with the node.
 void UI_NodeCanvas::drawHoverName() {
     Hit hit = hover_;
     if (gesture_ == Gesture::DragLink && linkDrag_.fromOutput) {
@@ -277,6 +279,7 @@ void UI_NodeCanvas::drawHoverName() {
     } else if (gesture_ != Gesture::None || master->captured != nullptr) {
         return;
     }
+    if (hit.part == Part::Body && hit.box->error) drawFault(*hit.box);
     if (hit.part != Part::Socket) return;
     const auto input = static_cast<std::size_t>(hit.input);
     std::string text = hit.box->inputNames[input];
@@ -284,4 +287,13 @@ void UI_NodeCanvas::drawHoverName() {
     const Vec2 socket = socketPlace(*hit.box, hit.input);
     master->ShowTooltip(std::move(text), static_cast<int>(socket.x) + 10,
                         static_cast<int>(socket.y) - 34);
+}
+
+void UI_NodeCanvas::drawFault(const UI_Node& box) {
+    const Node* node = host.graph().findNode(box.id);
+    if (node == nullptr) return;
+    const std::string fault = FirstError(FaultsOf(*node));
+    if (!fault.empty()) {
+        master->ShowTooltip(fault, view.screenX(box.x), view.screenY(box.y + box.height) + 8);
+    }
 }

@@ -1,6 +1,6 @@
 #include "editor/ui_properties_panel.h"
 
-#include <sstream>
+#include <utility>
 
 #include "core/engine.h"
 #include "core/image_node_shader.h"
@@ -19,7 +19,9 @@ namespace {
 
 constexpr int kFirstRow = 25, kLeft = 5, kRowWidth = 380, kFoot = 5;  // pixels
 constexpr int kFaultRow = 16, kFaultTextSize = 11;
-constexpr std::size_t kMostFaults = 8;
+constexpr int kFaultWidth = 370;  // pixels
+constexpr const char* kFaultIndent = "   ";
+constexpr std::size_t kMostFaults = 8, kMostFaultRows = 16;
 constexpr Vec4 kFault = {1, 0.36f, 0.3f, 1};
 
 UI_Object* MakeFloatWidget(const ValueFloat& value) {
@@ -59,14 +61,16 @@ UI_Object* MakeWidget(const Value_Object& value) {
 
 std::vector<std::string> FaultsOf(const Node& node) {
     if (!node.hasError) return {};
-    std::vector<std::string> faults;
-    if (const auto* shader = dynamic_cast<const ImageNode_Shader*>(&node)) {
-        std::istringstream log(shader->program->errorLog());
-        for (std::string line; faults.size() < kMostFaults && std::getline(log, line);) {
-            if (!line.empty()) faults.push_back(line);
-        }
+    const auto* shader = dynamic_cast<const ImageNode_Shader*>(&node);
+    if (shader == nullptr) return {"This node has a fault; the messages tell which."};
+    const std::string& file = shader->script.fileName;
+    std::vector<std::string> faults = {
+        file.substr(file.find_last_of("\\/") + 1) + " does not compile" +
+        (shader->program->linked ? "; what ran before runs on:" : ":")};
+    for (const std::string& line : shader->faults()) {
+        if (faults.size() > kMostFaults) break;
+        faults.push_back(line);
     }
-    if (faults.empty()) faults.emplace_back("This node has a fault; the messages tell which.");
     return faults;
 }
 
@@ -96,6 +100,13 @@ void UI_PropertiesPanel::AddWidgets(UI_ImagePanel& pins) {
     SetSize(width, top + kFoot);
 }
 
+// Widgets give back the mouse and the keyboard when they die.
+void UI_PropertiesPanel::RemakeWidgets(UI_ImagePanel& pins) {
+    pins.RemovePinsOf(this);
+    children.clear();
+    AddWidgets(pins);
+}
+
 void UI_PropertiesPanel::Draw() {
     if (hidden) return;
     refresh();
@@ -105,14 +116,37 @@ void UI_PropertiesPanel::Draw() {
 void UI_PropertiesPanel::refresh() {
     for (const auto& child : children) child->SyncKeyed();
     const Node* node = engine_.findNode(id);
-    faults_ = node == nullptr ? std::vector<std::string>() : FaultsOf(*node);
-    SetSize(width, widgetsHeight_ + kFoot + kFaultRow * static_cast<int>(faults_.size()));
+    takeFaults(node == nullptr ? std::vector<std::string>() : FaultsOf(*node));
+    SetSize(width, widgetsHeight_ + kFoot + kFaultRow * static_cast<int>(faultRows_.size()));
+}
+
+// Long lines go on in the row below, a little to the right.
+void UI_PropertiesPanel::takeFaults(std::vector<std::string> faults) {
+    if (faults == faults_) return;
+    faults_ = std::move(faults);
+    faultRows_.clear();
+    for (const std::string& fault : faults_) {
+        std::string row, rest = fault;
+        while (!rest.empty()) {
+            const std::size_t space = rest.find(' ', 1);
+            const std::string word = rest.substr(0, space);
+            const bool fits = master->MeasureText(kFaultTextSize, row + word) <= kFaultWidth;
+            if (!fits && !row.empty()) {
+                faultRows_.push_back(row);
+                row = kFaultIndent;
+            }
+            row += word;
+            rest.erase(0, word.size());
+        }
+        faultRows_.push_back(row);
+    }
+    if (faultRows_.size() > kMostFaultRows) faultRows_.resize(kMostFaultRows);
 }
 
 void UI_PropertiesPanel::DrawOverlay() {
     int baseline = y + widgetsHeight_ + 13;
-    for (const std::string& fault : faults_) {
-        master->DrawText(x + 10, baseline, kFaultTextSize, kFault, fault);
+    for (const std::string& row : faultRows_) {
+        master->DrawText(x + 10, baseline, kFaultTextSize, kFault, row);
         baseline += kFaultRow;
     }
 }

@@ -11,8 +11,8 @@ class Engine;
 class Node;
 class UI_ImagePanel;
 
-// What is wrong with a node, in lines; none when nothing is. Of a script's node these are the
-// compiler's words.
+// What is wrong with a node, in lines; none when nothing is. Of a script's node these are the name
+// of the script's file and the compiler's words, with lines of that file.
 std::vector<std::string> FaultsOf(const Node& node);
 
 class UI_PropertiesPanel : public UI_Panel {
@@ -25,6 +25,8 @@ class UI_PropertiesPanel : public UI_Panel {
 
     // Adds a widget for each value, and for places a pin on the picture.
     void AddWidgets(UI_ImagePanel& pins);
+    // The same for a node that has other values now; the panel stays where it is.
+    void RemakeWidgets(UI_ImagePanel& pins);
     // Takes up before whether values are animated, and the node's faults, whose lines make the
     // panel longer.
     void Draw() override;
@@ -35,8 +37,10 @@ class UI_PropertiesPanel : public UI_Panel {
   private:
     void addWidget(UI_Object* widget, int& top);
     void refresh();
+    void takeFaults(std::vector<std::string> faults);
 
     Engine& engine_;
     int widgetsHeight_ = 0;
     std::vector<std::string> faults_;
+    std::vector<std::string> faultRows_;  // cut to the panel's width
 };

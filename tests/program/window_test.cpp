@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <thread>
 
@@ -119,6 +120,30 @@ TEST_F(WindowPath, EditStartsInTheAuthoringScreenWhichSavesByItsKeys) {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
     EXPECT_EQ(access(saved.c_str(), R_OK), 0) << "no side-file";
+    tool({"key", "Escape"});
+    EXPECT_EQ(program_->wait(kEndSeconds).exitCode, 0);
+}
+
+// The program says of each step when it has taken the file up; the next one waits for that.
+TEST_F(WindowPath, AScriptThatIsSavedWhileItRunsIsTakenUp) {
+    const auto script = [](const std::string& colour) {
+        return "Name \"Flat\", \"t\"\nSource\n#version 330 core\nout vec4 frag[1];\n"
+               "void main() { frag[0] = " +
+               colour + "; }\n";
+    };
+    folder_.write("Scripts/flat.node", script("vec4(1)"));
+    folder_.write("demo.vorn", ProjectFile().strings().types(1).text("f").text("Flat").bytes());
+    start({"--windowed", "--edit"});
+    folder_.write("Scripts/flat.node", script("vec4(nothing)"));
+    EXPECT_TRUE(
+        program_->waitForError("flat.node: its shader does not compile: line 5: ", kEndSeconds));
+    folder_.write("Scripts/aside", script("vec4(0.5)"));
+    std::filesystem::rename(folder_.file("Scripts/aside"), folder_.file("Scripts/flat.node"));
+    EXPECT_TRUE(program_->waitForError("flat.node: mended, and taken up by 1 node\n", kEndSeconds));
+    tool({"windowfocus", "--sync", window_});
+    tool({"key", "F12"});
+    folder_.write("Scripts/flat.node", script("vec4(0.25)"));
+    EXPECT_TRUE(program_->waitForError("flat.node: taken up by 1 node\n", kEndSeconds));
     tool({"key", "Escape"});
     EXPECT_EQ(program_->wait(kEndSeconds).exitCode, 0);
 }

@@ -62,11 +62,21 @@ bool ChildProcess::running() {
 std::string ChildProcess::readBack(int file) const {
     std::string text;
     char block[4096];
-    lseek(file, 0, SEEK_SET);
-    for (ssize_t got = 0; (got = read(file, block, sizeof block)) > 0;) {
+    // The process writes at the file's own place: it stays where it is.
+    for (ssize_t got = 0;
+         (got = pread(file, block, sizeof block, static_cast<off_t>(text.size()))) > 0;) {
         text.append(block, static_cast<std::size_t>(got));
     }
     return text;
+}
+
+bool ChildProcess::waitForError(const std::string& text, double limitSeconds) {
+    const auto limit = Clock::now() + std::chrono::duration<double>(limitSeconds);
+    while (readBack(errFile_).find(text) == std::string::npos) {
+        if (!running() || Clock::now() > limit) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
 }
 
 ProcessResult ChildProcess::wait(double limitSeconds) {

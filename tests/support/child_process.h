@@ -26,6 +26,9 @@ class ChildProcess {
     // Waits for the end; past the limit the process is killed and `timedOut` set.
     ProcessResult wait(double limitSeconds);
     bool running();
+    // Waits until the process has written a text to its standard error; false when it does not come
+    // in time.
+    bool waitForError(const std::string& text, double limitSeconds);
     pid_t pid() const { return pid_; }
 
   private:
