@@ -95,6 +95,7 @@ std::string_view StemOf(const std::string& name) {
 void UI_KeyTimeline::Draw() {
     if (hidden) return;
     placeControls();
+    followKeys();
     const Vec4* colors = master->colorSlots;
     master->SetColor(colors[kColorPanel]);
     master->FillRect(x, y, width, height);
