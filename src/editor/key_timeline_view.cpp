@@ -72,10 +72,12 @@ void KeyTimelineView::pan(int dx, int dy) {
 void KeyTimelineView::frameTimes(float least, float most) {
     if (!IsRange(least, most)) return;
     constexpr float kShortest = 8;  // seconds
-    const float range = std::max(most - least, kShortest) * (1 + 2 * kRoom);
+    const float shown = std::max(most - least, kShortest), range = shown * (1 + 2 * kRoom);
     pixelsPerSecond =
         std::clamp(static_cast<float>(width) / range, kLeastPixelsPerSecond, kMostPixelsPerSecond);
     startSeconds = (least + most) / 2 - static_cast<float>(width) / pixelsPerSecond / 2;
+    // Of what lies before the demo no more than that room.
+    if (least >= 0) startSeconds = std::max(startSeconds, -kRoom * shown);
 }
 
 void KeyTimelineView::frameValues(float least, float most) {

@@ -197,13 +197,17 @@ void UI_Engine::Reload() {
 }
 
 // Both files are looked for beside each other; the boxes come to lie beside those that are there.
+// The project keeps its own name and folder: the next save must not go over the imported file.
 void UI_Engine::Import() {
     const std::optional<std::string> chosen = AskForFile("Import a project", "*.vorn");
     ImportNames names;
     if (!chosen || !SplitImportPath(*chosen, names)) return;
     if (nodeCanvas != nullptr) nodeCanvas->capturePlaces();
     const std::string project = names.base + kProjectEnding;
+    const std::string ownName = engine->projectName, ownFolder = engine->projectFolder;
     const bool loaded = load(project, false, names.prefix);
+    engine->projectName = ownName;
+    engine->projectFolder = ownFolder;
     LoadGui(names.base + kGuiEnding, GuiLoad::Merge, names.prefix, guiState());
     finishLoad();
     if (nodeCanvas != nullptr) nodeCanvas->frameAll();

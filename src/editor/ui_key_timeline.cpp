@@ -190,18 +190,31 @@ void UI_KeyTimeline::SetModeOfPicked(std::int32_t mode) {
     for (const std::size_t index : picked_) track->setKeyMode(index, mode);
 }
 
-void UI_KeyTimeline::FrameTrack() {
-    const KeyframeTrack* track = ChosenTrack();
-    if (track == nullptr || track->keys().empty()) return;
-    const auto& keys = track->keys();
+UI_KeyTimeline::KeyRange UI_KeyTimeline::rangeOf(const KeyframeTrack& track) {
+    const auto& keys = track.keys();
     const auto [first, last] =
         std::minmax_element(keys.begin(), keys.end(),
                             [](const Keyframe& a, const Keyframe& b) { return a.time < b.time; });
     const auto [least, most] =
         std::minmax_element(keys.begin(), keys.end(),
                             [](const Keyframe& a, const Keyframe& b) { return a.value < b.value; });
-    view.frameTimes(first->time, last->time);
-    view.frameValues(least->value, most->value);
+    return {first->time, last->time, least->value, most->value};
+}
+
+void UI_KeyTimeline::FrameTrack() {
+    const KeyframeTrack* track = ChosenTrack();
+    if (track == nullptr || track->keys().empty()) return;
+    framed_ = rangeOf(*track);
+    view.frameTimes(framed_.firstSeconds, framed_.lastSeconds);
+    view.frameValues(framed_.least, framed_.most);
+    followsKeys_ = true;
+}
+
+// A value that is animated elsewhere gets its keys one by one.
+void UI_KeyTimeline::followKeys() {
+    const KeyframeTrack* track = ChosenTrack();
+    if (!followsKeys_ || drag_ != Drag::None || track == nullptr || track->keys().empty()) return;
+    if (rangeOf(*track) != framed_) FrameTrack();
 }
 
 void UI_KeyTimeline::OnValueEdited(UI_Object* sender) {

@@ -49,7 +49,8 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     void PickKeys(std::set<std::size_t> indices);
     void DeletePicked();
     void SetModeOfPicked(std::int32_t mode);
-    // Shows the whole chosen track.
+    // Shows the whole chosen track, also when keys come from elsewhere later: until the view is
+    // moved or keys are edited here.
     void FrameTrack();
 
     void Draw() override;
@@ -76,8 +77,17 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
   private:
     enum class Drag { None, Seek, Keys, Frame, Pan };
 
+    // Within which the keys of a track lie.
+    struct KeyRange {
+        float firstSeconds = 0, lastSeconds = 0;
+        float least = 0, most = 0;
+        bool operator==(const KeyRange&) const = default;
+    };
+
     std::vector<UI_Object*> controls() const;
     void placeControls();
+    static KeyRange rangeOf(const KeyframeTrack& track);  // of a track with keys
+    void followKeys();
     int freshTrack() const;
     std::string optionText(const KeyframeTrack& track) const;
 
@@ -121,6 +131,8 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     std::string chosenName_;
     std::set<std::size_t> picked_;
     bool snaps_ = true;
+    bool followsKeys_ = true;  // nobody has moved the view since it was framed
+    KeyRange framed_;
     int listScroll_ = 0;  // rows
     Drag drag_ = Drag::None;
     PickedKeys dragKeys_;  // of the chosen track when the drag began

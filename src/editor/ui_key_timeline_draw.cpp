@@ -18,6 +18,7 @@
 namespace {
 
 constexpr int kTextSize = 11;  // pixels
+constexpr int kLabelGap = 10;  // pixels, between a key and what is written beside it
 constexpr int kCurveStep = 2;  // pixels from sample to sample
 constexpr int kLeastGridPixels = 14, kLeastLabelPixels = 70, kLeastValuePixels = 34;
 constexpr Vec4 kGraphGround = {0.07f, 0.07f, 0.075f, 1};
@@ -95,6 +96,7 @@ std::string_view StemOf(const std::string& name) {
 void UI_KeyTimeline::Draw() {
     if (hidden) return;
     placeControls();
+    followKeys();
     const Vec4* colors = master->colorSlots;
     master->SetColor(colors[kColorPanel]);
     master->FillRect(x, y, width, height);
@@ -268,7 +270,11 @@ void UI_KeyTimeline::drawKeys(const KeyframeTrack& track) {
         if (!picked || picked_.size() > 1) continue;
         const std::string text = ShortNumber(keys[i].value) + " at " + TimeLabelText(keys[i].time) +
                                  ", " + KeyModeName(keys[i].mode);
-        master->DrawText(keyX + 10, keyY - 8, kTextSize, colors[kColorKeyed], text);
+        // On the side on which there is room for it.
+        const int textWidth = master->MeasureText(kTextSize, text);
+        const bool fits = keyX + kLabelGap + textWidth <= view.left + view.width;
+        const int textLeft = fits ? keyX + kLabelGap : keyX - kLabelGap - textWidth;
+        master->DrawText(textLeft, keyY - 8, kTextSize, colors[kColorKeyed], text);
     }
 }
 

@@ -103,6 +103,7 @@ bool UI_KeyTimeline::handleControls(UI_Event* event) {
 bool UI_KeyTimeline::handleKeyPress(const UI_Event& event) {
     if (event.type != UI_EventType::KeyDown) return false;
     if (event.value == kKeyDelete || event.value == kKeyBack) {
+        followsKeys_ = false;
         DeletePicked();
         return true;
     }
@@ -122,6 +123,7 @@ bool UI_KeyTimeline::handleWheel(const UI_Event& event) {
         listScroll_ += event.value > 0 ? -kRowsAWheelNotch : kRowsAWheelNotch;
         return true;
     }
+    followsKeys_ = false;
     const float factor = event.value > 0 ? kZoomIn : 1 / kZoomIn;
     if (event.ctrl) {
         view.zoomValues(event.y, factor);
@@ -184,6 +186,7 @@ void UI_KeyTimeline::cycleMode(std::size_t index) {
 
 void UI_KeyTimeline::startDrag(Drag kind, const UI_Event& event) {
     if (!takeCapture(true)) return;
+    if (kind != Drag::Seek) followsKeys_ = false;
     drag_ = kind;
     pressX_ = lastX_ = event.x;
     pressY_ = lastY_ = event.y;

@@ -27,7 +27,6 @@ bool UI_NodePalette::open(int paletteX, int paletteY, std::vector<OfferedType> o
     typed.clear();
     open_ = true;
     filter();
-    SetSize(kWidth, kTop + kRowHeight * std::max(visibleRows(), 1) + 6);
     SetPosition(std::max(0, std::min(paletteX, master->width - width - 1)),
                 std::max(0, std::min(paletteY, master->height - height - 1)));
     return true;
@@ -53,6 +52,8 @@ void UI_NodePalette::filter() {
         addMatches();
     }
     for (int row = 0; row < static_cast<int>(rows_.size()) && chosen_ < 0; ++row) choose(row);
+    // As long as what is left of the list; it is longest when it opens.
+    SetSize(kWidth, kTop + kRowHeight * std::max(visibleRows(), 1) + 6);
 }
 
 // Groups in the order in which the offered types name them first.

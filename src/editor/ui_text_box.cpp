@@ -8,8 +8,9 @@
 
 namespace {
 
-constexpr int kHeight = 30;    // pixels
-constexpr int kTextSize = 12;  // pixels
+constexpr int kHeight = 30;        // pixels
+constexpr int kTextSize = 12;      // pixels
+constexpr int kRoomForCursor = 8;  // pixels, at the end of the text
 
 // Small letters, and what has a bit here: space + , - . : digits, capital letters and backslash.
 bool IsAccepted(std::int32_t character) {
@@ -53,6 +54,23 @@ void UI_TextBox::TakeValue() {
     if (value.data != nullptr) buffer.assign(*value.data, 0, kMostBytes);
 }
 
+// Of a text that is too long its end: that of a path tells the file, and typing goes on there.
+std::string UI_TextBox::shownText() const {
+    const int room = width - width / 3 - kRoomForCursor;
+    const auto fits = [&](const std::string& text) {
+        return master->MeasureText(kTextSize, text) <= room;
+    };
+    if (fits(buffer)) return buffer;
+    // The longest end that fits lies between one that does not and the empty one.
+    std::size_t tooLong = 0, first = buffer.size();
+    while (first - tooLong > 1) {
+        const std::size_t middle = (tooLong + first) / 2;
+        (fits("..." + buffer.substr(middle)) ? first : tooLong) = middle;
+    }
+    while (first < buffer.size() && ContinuesCharacter(buffer[first])) ++first;
+    return "..." + buffer.substr(first);
+}
+
 void UI_TextBox::Draw() {
     if (!focused) TakeValue();
     const int textLeft = width / 3;
@@ -62,8 +80,9 @@ void UI_TextBox::Draw() {
         useColor(kColorWidget);
         master->FillRect(x + textLeft - 2, y + 2, 2 * width / 3 - 2, height - 4);
     }
-    drawText(textLeft, 20, buffer);
-    if (focused) drawText(textLeft + 2 + master->MeasureText(kTextSize, buffer), 20, "|");
+    const std::string shown = shownText();
+    drawText(textLeft, 20, shown);
+    if (focused) drawText(textLeft + 2 + master->MeasureText(kTextSize, shown), 20, "|");
     drawKeyedOutline();
 }
 

@@ -28,6 +28,7 @@ class UI_TextBox : public UI_BoundWidget<ValueString> {
     void type(std::int32_t character);
     void loseFocus();
     void setText(const std::string& text, const UI_Event& event);
+    std::string shownText() const;
 };
 
 // Takes the last character off: one byte, or the bytes of one character of UTF-8.

@@ -165,6 +165,22 @@ TEST_F(UiCommandTest, ImportAddsPrefixedNodesBesideTheOthers) {
     EXPECT_EQ(ui.outputs.size(), 2u);
 }
 
+TEST_F(UiCommandTest, AnImportLeavesTheProjectWhereItIsSaved) {
+    makeScene();
+    edit();
+    engine.projectName = "part";
+    ui.Save();
+    const std::string part = folder.read("part.vorn");
+    engine.projectName = "work";
+    chosenFile = folder.file("part.vorn");
+    press(ui.importButton);
+    EXPECT_EQ(engine.projectName, "work");
+    EXPECT_EQ(engine.projectFolder, ".");
+    press(ui.saveButton);
+    EXPECT_TRUE(exists("work.vorn"));
+    EXPECT_EQ(folder.read("part.vorn"), part) << "the save went over the imported file";
+}
+
 TEST_F(UiCommandTest, ACancelledImportLeavesEverything) {
     makeScene();
     edit();

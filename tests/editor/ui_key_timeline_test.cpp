@@ -236,6 +236,30 @@ TEST_F(KeyTimelineTest, HomeShowsTheWholeTrack) {
     }
 }
 
+TEST_F(KeyTimelineTest, AFramedViewFollowsKeysThatComeFromElsewhere) {
+    timeline().FrameTrack();
+    track().setKeys({{0, 0, kKeyCosine}, {9, 40, kKeyCosine}});
+    ui.DrawFrame();
+    EXPECT_GE(timeline().view.timeAt(timeline().view.left + timeline().view.width), 40);
+    EXPECT_GE(timeline().view.topValue, 9);
+    // Not any more once someone has chosen what to see.
+    send(kMove, x(20), y(4));
+    send(kWheel, x(20), y(4), 120);
+    const KeyTimelineView chosen = timeline().view;
+    track().setKeys({{0, 0, kKeyCosine}, {90, 80, kKeyCosine}});
+    ui.DrawFrame();
+    EXPECT_EQ(timeline().view.pixelsPerSecond, chosen.pixelsPerSecond);
+    EXPECT_EQ(timeline().view.topValue, chosen.topValue);
+}
+
+TEST_F(KeyTimelineTest, AShortTrackIsShownFromTheStartOfTheDemo) {
+    track().setKeys({{0, 0, kKeyCosine}, {1, 1, kKeyCosine}});
+    timeline().FrameTrack();
+    EXPECT_LT(timeline().view.startSeconds, 0) << "with some room before its first key";
+    EXPECT_GT(timeline().view.startSeconds, -1);
+    EXPECT_GE(timeline().view.timeAt(timeline().view.left + timeline().view.width), 8);
+}
+
 TEST_F(KeyTimelineTest, AHiddenTimelineHearsNothing) {
     timeline().PickKeys({1});
     timeline().hidden = true;

@@ -209,3 +209,26 @@ TEST_F(UiTextBoxDrawTest, ShowsAFieldAndACursorWhileTyping) {
     });
     EXPECT_EQ(box.buffer, "Se") << "what is typed stays";
 }
+
+TEST_F(UiTextBoxDrawTest, ShowsTheEndOfATextThatIsLongerThanItsField) {
+    const std::string path = "/home/someone/demos/the-long-way-home/Graphics/Sky.png";
+    std::string content = path;
+    UI_TextBox box(BoundValue<ValueString>(&content, handler), 20, 40, 380);
+    master.AddTopLevel(&box);
+    constexpr int kField = 380 - 126;
+    ASSERT_GT(master.MeasureText(12, path), kField);
+    std::size_t first = 0;
+    while (master.MeasureText(12, "..." + path.substr(first)) > kField - 8) ++first;
+    for (const bool focused : {false, true}) {
+        box.focused = focused;
+        expectDraws(box, [&] {
+            const std::string shown = "..." + path.substr(first);
+            fill(slot(focused ? 8 : 3), 20, 40, 380, 30);
+            text(30, 60, "Size");
+            if (focused) fill(slot(3), 20 + 124, 42, 251, 26);
+            text(146, 60, shown);
+            if (focused) text(146 + 2 + master.MeasureText(12, shown), 60, "|");
+        });
+    }
+    EXPECT_EQ(box.buffer, path);
+}

@@ -11,6 +11,7 @@
 
 #include "program/close_box.h"
 #include "program/program_runs.h"
+#include "program/x_server.h"
 #include "support/project_file.h"
 #include "support/temp_folder.h"
 
@@ -18,30 +19,6 @@ namespace {
 
 constexpr double kStartSeconds = 20;  // generous: other tests run beside this one
 constexpr double kEndSeconds = 20;
-
-// An X server of its own for one test.
-class XServer {
-  public:
-    explicit XServer(const char* screen) {
-        int ends[2];
-        if (pipe(ends) != 0) return;
-        const std::string number = std::to_string(ends[1]);
-        server_ = std::make_unique<ChildProcess>(
-            std::vector<std::string>{"Xvfb", "-displayfd", number, "-screen", "0", screen,
-                                     "-nolisten", "tcp"},
-            std::map<std::string, std::string>{}, "");
-        close(ends[1]);
-        char text[32] = {};
-        const ssize_t got = read(ends[0], text, sizeof text - 1);
-        close(ends[0]);
-        if (got > 0) display_ = ":" + std::to_string(std::atoi(text));
-    }
-    const std::string& display() const { return display_; }
-
-  private:
-    std::unique_ptr<ChildProcess> server_;
-    std::string display_;
-};
 
 class WindowPath : public ::testing::Test {
   protected:
