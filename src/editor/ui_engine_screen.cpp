@@ -96,13 +96,17 @@ void UI_Engine::makeTopPanel() {
                              UI_EditRelay& relay) { add(text, width, tooltip)->listener = &relay; };
     addTool("Add node", 84, "All node types (Tab on the canvas)", screen_->addNodePressed);
     addTool("Show all", 76, "Bring all nodes into view (Home)", screen_->framePressed);
-    addTool("Arrange", 76, "Lay all nodes out in order", screen_->arrangePressed);
+    addTool("Arrange", 76, "Lay all nodes out in order; once more puts them back (L)",
+            screen_->arrangePressed);
     screen_->addNodePressed.edited = [this] {
         SetLayoutMode(kLayoutNodeCanvas);
         nodeCanvas->openPalette(nodeCanvas->x + nodeCanvas->width / 3, nodeCanvas->y + 20);
     };
     screen_->framePressed.edited = [this] { nodeCanvas->frameAll(); };
-    screen_->arrangePressed.edited = [this] { nodeCanvas->arrange(); };
+    screen_->arrangePressed.edited = [this] {
+        nodeCanvas->arrangeOrPutBack();
+        SetStatus(screen_->canvasStatus);
+    };
     left += 20;
     layoutButton0 = add("Nodes", 64, "The node canvas below the picture");
     layoutButton1 = add("Keys", 56, "The keyframes below the picture");
