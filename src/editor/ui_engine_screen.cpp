@@ -54,6 +54,7 @@ UI_TextBox* UI_Engine::addTextBox(ValueString& value, std::string& text, int y) 
     value.data = &text;
     value.defaultValue = text;
     auto* box = new UI_TextBox(value, kPanelRowX, y, kPanelRowWidth);
+    box->keyable = false;
     leftPanel->AddChild(box);
     return box;
 }

@@ -25,9 +25,10 @@ class UI_PropertiesPanel : public UI_Panel {
 
     // Adds a widget for each value, and for places a pin on the picture.
     void AddWidgets(UI_ImagePanel& pins);
-    // Takes up before whether values are animated, and the node's faults, whose lines make the
-    // panel longer.
+    // Takes up before whether values are animated, when the node's tracks have come or gone, and
+    // the node's faults, whose lines make the panel longer.
     void Draw() override;
+    bool HandleEvent(UI_Event* event) override;
     void DrawOverlay() override;
 
     const std::string id;
@@ -35,8 +36,10 @@ class UI_PropertiesPanel : public UI_Panel {
   private:
     void addWidget(UI_Object* widget, int& top);
     void refresh();
+    std::vector<std::string> trackNames() const;
 
     Engine& engine_;
     int widgetsHeight_ = 0;
     std::vector<std::string> faults_;
+    std::vector<std::string> syncedTracks_;  // those for which the widgets' flags are right
 };
