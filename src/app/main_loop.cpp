@@ -11,8 +11,9 @@ namespace {
 constexpr double kEndSeconds = 230.0;
 constexpr std::uint32_t kMessageKeyDown = 256;
 
+// A press, and not the repeats of a held key.
 bool IsKeyDown(const WindowMessage& message, std::int32_t key) {
-    return message.message == kMessageKeyDown && message.value == key;
+    return message.message == kMessageKeyDown && message.value == key && !message.repeat;
 }
 
 // False when the run is to end. While a widget has the mouse or the keyboard, Esc is its own: it

@@ -20,7 +20,10 @@ Vec2 CanvasView::toScreen(const Vec2& place) const {
 }
 
 Vec2 CanvasView::toCanvas(const Vec2& pixel) const {
-    return {(pixel.x - shift.x) / zoom, (pixel.y - shift.y) / zoom};
+    const auto place = [this](float at, float origin) {
+        return std::clamp((at - origin) / zoom, -kFurthest, kFurthest);
+    };
+    return {place(pixel.x, shift.x), place(pixel.y, shift.y)};
 }
 
 // At zoom 1 in whole numbers: a float holds no place beyond 16 million exactly.
@@ -38,10 +41,11 @@ int CanvasView::scaled(int length) const {
 
 void CanvasView::zoomAbout(const Vec2& pixel, float factor) {
     const Vec2 place = toCanvas(pixel);
-    zoom = std::clamp(zoom * factor, kLeastZoom, kMostZoom);
+    // What `frame` has made smaller comes back in the same steps, and goes no further out.
+    zoom = std::clamp(zoom * factor, std::min(kLeastZoom, zoom), kMostZoom);
     // So that steps out and in again come back to the boxes' own pixels.
-    constexpr float kNearOne = 0.03f;
-    if (std::fabs(zoom - 1) < kNearOne) zoom = 1;
+    constexpr float kNearOne = 0.3f;  // of a step
+    if (std::fabs(zoom - 1) < kNearOne * std::fabs(factor - 1)) zoom = 1;
     shift = {std::round(pixel.x - place.x * zoom), std::round(pixel.y - place.y * zoom)};
 }
 
@@ -51,7 +55,7 @@ void CanvasView::frame(const Vec2& least, const Vec2& most, const Vec2& screenLe
     const float height = std::max(most.y - least.y, 1.0f);
     zoom =
         std::min((screenMost.x - screenLeast.x) / width, (screenMost.y - screenLeast.y) / height);
-    zoom = std::clamp(zoom, kLeastZoom, 1.0f);
+    zoom = std::clamp(zoom, kLeastFrameZoom, 1.0f);
     shift.x = std::round((screenLeast.x + screenMost.x - (least.x + most.x) * zoom) / 2);
     shift.y = std::round((screenLeast.y + screenMost.y - (least.y + most.y) * zoom) / 2);
 }

@@ -6,7 +6,8 @@
 #include "gpu/math_types.h"
 
 struct CanvasView {
-    static constexpr float kLeastZoom = 0.1f, kMostZoom = 2.0f;
+    static constexpr float kLeastZoom = 0.1f, kMostZoom = 2.0f;  // of the wheel
+    static constexpr float kLeastFrameZoom = 0.00001f;           // so that all goes on the screen
 
     float zoom = 1;
     Vec2 shift = {0, 0};  // screen pixels
@@ -17,7 +18,8 @@ struct CanvasView {
     int screenX(int x) const;
     int screenY(int y) const;
     int scaled(int length) const;  // a length on the canvas in pixels of the screen
-    // Multiplies the zoom, within its bounds; the place under the pixel stays where it is.
+    // Multiplies the zoom, within its bounds or from further out inward; the place under the pixel
+    // stays where it is.
     void zoomAbout(const Vec2& pixel, float factor);
     // Shows the rectangle as large as it goes into the screen's, at most at zoom 1, in its middle.
     void frame(const Vec2& least, const Vec2& most, const Vec2& screenLeast,

@@ -26,6 +26,12 @@ void UI_ColorSelector::SetMaster(UI_Master* newMaster) {
     for (UI_Slider& slider : sliders) slider.SetMaster(newMaster);
 }
 
+bool UI_ColorSelector::Holds(const UI_Object* widget) const {
+    return UI_BoundWidget::Holds(widget) ||
+           std::any_of(std::begin(sliders), std::end(sliders),
+                       [widget](const UI_Slider& slider) { return widget == &slider; });
+}
+
 // The sliders have no handler of their own: the colour is keyed as a whole.
 void UI_ColorSelector::bindSliders() {
     int component = 0;

@@ -12,6 +12,7 @@ class UI_ColorSelector : public UI_BoundWidget<ValueVec4>, private UI_Evt_ValueC
     int GetHeight() const override { return height; }
     bool HandleEvent(UI_Event* event) override;
     void SetMaster(UI_Master* newMaster) override;
+    bool Holds(const UI_Object* widget) const override;
 
     UI_Slider sliders[4] = {{"Red", 0}, {"Green", 0}, {"Blue", 0}, {"Alpha", 0}};
 

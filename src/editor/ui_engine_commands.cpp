@@ -224,6 +224,9 @@ void UI_Engine::New() {
     Rebuild(Boxes::Capture);
     RefreshTimeline();
     imagePanel->ClearPins();
+    // What nodes to come have in common with those that went is at most their ids.
+    master.displayNames.clear();
+    nodeFolded.clear();
     SetStatus("Everything is erased. Tab on the canvas makes a node.");
 }
 

@@ -44,7 +44,11 @@ void UI_Engine::takeOutputChoice() {
 void UI_Engine::nodeGoes(const std::string& id) {
     const auto panel = openPanels.find(id);
     if (panel != openPanels.end() && panel->second != nullptr) ClosePanel(panel->second);
-    std::erase(outputs, engine->findNode(id));
+    const auto output = std::find(outputs.begin(), outputs.end(), engine->findNode(id));
+    if (output == outputs.end()) return;
+    // The one on the screen stays there when one before it goes.
+    if (output - outputs.begin() < selectedOutput) --selectedOutput;
+    outputs.erase(output);
 }
 
 // Edits of the canvas: its boxes are right already.
@@ -105,10 +109,7 @@ void UI_Engine::ClosePanel(UI_Panel* panel) {
 void UI_Engine::bury(UI_Panel* panel) {
     closedPanels_.push_back(propertiesPanel->RemoveChild(panel));
     propertiesPanel->Arrange();
-    if (master.captured == nullptr) return;
-    for (const auto& child : panel->children) {
-        if (child.get() == master.captured) master.Forget(child.get());
-    }
+    if (master.captured != nullptr && panel->Holds(master.captured)) master.Forget(master.captured);
 }
 
 // The ids whose panels were open, in the order of the column.
@@ -158,7 +159,11 @@ bool CanvasHost::folded(const std::string& id) const {
 }
 
 void CanvasHost::setFolded(const std::string& id, bool fold) {
-    ui_.nodeFolded[id] = fold;
+    if (fold) {
+        ui_.nodeFolded[id] = true;
+    } else {
+        ui_.nodeFolded.erase(id);
+    }
 }
 
 std::string CanvasHost::clipboardText() const {

@@ -54,6 +54,7 @@ UI_TextBox* UI_Engine::addTextBox(ValueString& value, std::string& text, int y) 
     value.data = &text;
     value.defaultValue = text;
     auto* box = new UI_TextBox(value, kPanelRowX, y, kPanelRowWidth);
+    box->keyable = false;
     leftPanel->AddChild(box);
     return box;
 }
@@ -96,13 +97,17 @@ void UI_Engine::makeTopPanel() {
                              UI_EditRelay& relay) { add(text, width, tooltip)->listener = &relay; };
     addTool("Add node", 84, "All node types (Tab on the canvas)", screen_->addNodePressed);
     addTool("Show all", 76, "Bring all nodes into view (Home)", screen_->framePressed);
-    addTool("Arrange", 76, "Lay all nodes out in order", screen_->arrangePressed);
+    addTool("Arrange", 76, "Lay all nodes out in order; once more puts them back (L)",
+            screen_->arrangePressed);
     screen_->addNodePressed.edited = [this] {
         SetLayoutMode(kLayoutNodeCanvas);
         nodeCanvas->openPalette(nodeCanvas->x + nodeCanvas->width / 3, nodeCanvas->y + 20);
     };
     screen_->framePressed.edited = [this] { nodeCanvas->frameAll(); };
-    screen_->arrangePressed.edited = [this] { nodeCanvas->arrange(); };
+    screen_->arrangePressed.edited = [this] {
+        nodeCanvas->arrangeOrPutBack();
+        SetStatus(screen_->canvasStatus);
+    };
     left += 20;
     layoutButton0 = add("Nodes", 64, "The node canvas below the picture");
     layoutButton1 = add("Keys", 56, "The keyframes below the picture");

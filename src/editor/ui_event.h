@@ -24,4 +24,5 @@ struct UI_Event {
     std::int32_t x = 0, y = 0;  // mouse, pixels, origin top left
     bool ctrl = false;
     bool shift = false;
+    bool repeat = false;  // of KeyDown: the key is held, this is no new press
 };

@@ -60,7 +60,8 @@ std::string HintFor(const UI_Object& widget) {
                kKeys;
     }
     if (is(static_cast<UI_TextBox*>(nullptr))) {
-        return "Click: type, Return takes it   Middle click: choose a file   Right click: default";
+        return "Click: type, Return takes it, Esc drops it   Middle click: choose a file   Right "
+               "click: default";
     }
     if (is(static_cast<UI_Position*>(nullptr))) {
         return std::string("Drag the numbers, or the pin on the picture   Right click: default") +
@@ -74,7 +75,7 @@ std::string HintFor(const UI_Object& widget) {
     }
     if (is(static_cast<UI_Checkbox*>(nullptr))) return "Click the square   Right click: default";
     if (is(static_cast<UI_Selection*>(nullptr))) {
-        return "Press, drag to a row, release   Right click: default";
+        return "Press, drag to a row, release (wheel: more rows, Esc: none)   Right click: default";
     }
     if (is(static_cast<UI_BackdropChoice*>(nullptr))) return "Click: colour behind the picture";
     if (is(static_cast<UI_LogView*>(nullptr))) return "Click: all messages";

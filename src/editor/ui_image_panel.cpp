@@ -53,10 +53,12 @@ void UI_ImagePanel::pinPlace(const ImagePin& pin, int& pinX, int& pinY) const {
 }
 
 void UI_ImagePanel::Draw() {
-    if (bare || !clip.enabled) {
-        drawAll();
-        return;
-    }
+    // Its view draws it below what lies over the view; having the mouse does not lift it.
+    const bool ofView = !bare && clip.enabled;
+    if (!ofView) drawAll();
+}
+
+void UI_ImagePanel::DrawInView() {
     const UI_Clip inside(*master, clip.x, clip.y, clip.width, clip.height);
     drawAll();
 }

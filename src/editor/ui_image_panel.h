@@ -30,7 +30,9 @@ class UI_ImagePanel : public UI_Object {
                   bool isBare);
     ~UI_ImagePanel() override;
 
+    // Nothing while the panel is part of a view, which draws it in its own turn.
     void Draw() override;
+    void DrawInView();
     // Never consumes, so that the event may go on.
     bool HandleEvent(UI_Event* event) override;
 

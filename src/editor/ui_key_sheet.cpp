@@ -48,8 +48,8 @@ constexpr KeyLine kRightLines[] = {
     {"Delete", "delete the selected nodes"},
     {"Ctrl+C X V D", "copy, cut, paste, duplicate; Ctrl+A: select all"},
     {"F2", "name the node; also a double click"},
-    {"E, H", "switch the node off or on; fold what is behind it"},
-    {"F, Home, L", "show the selected; show all; lay out in order"},
+    {"E, H", "switch the node off or on (not saved); fold what is behind"},
+    {"F, Home, L", "show the selected; show all; lay out, L again: back"},
     {nullptr, "Key timeline"},
     {"drag ruler", "move in time"},
     {"double click", "add a key"},
@@ -108,8 +108,8 @@ void UI_KeySheet::drawSheet() {
 
 bool UI_KeySheet::HandleEvent(UI_Event* event) {
     if (!isOpen()) return false;
-    if (event->type == UI_EventType::KeyDown || event->type == UI_EventType::LeftUp ||
-        event->type == UI_EventType::RightUp) {
+    const bool press = event->type == UI_EventType::KeyDown && !event->repeat;
+    if (press || event->type == UI_EventType::LeftUp || event->type == UI_EventType::RightUp) {
         Close();
     }
     return true;

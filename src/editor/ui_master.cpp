@@ -92,7 +92,7 @@ void UI_Master::Dispatch(const WindowMessage& message) {
     if (*type == UI_EventType::KeyDown && message.value == kKeyShift) shiftHeld = true;
     // Shift stays held until ctrl next comes up: the editor's gestures rely on it.
     if (*type == UI_EventType::KeyUp && message.value == kKeyControl) ctrlHeld = shiftHeld = false;
-    UI_Event event = {*type, message.value, mouseX, mouseY, ctrlHeld, shiftHeld};
+    UI_Event event = {*type, message.value, mouseX, mouseY, ctrlHeld, shiftHeld, message.repeat};
     // So is the turn of the wheel.
     if (*type == UI_EventType::Wheel) event.value = static_cast<std::int16_t>(message.value);
     sendToWidgets(event);

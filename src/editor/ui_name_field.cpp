@@ -1,13 +1,40 @@
 #include "editor/ui_name_field.h"
 
 #include "editor/ui_master.h"
+#include "editor/ui_text_box.h"
 #include "platform/window.h"
 
 namespace {
 
 constexpr int kTextSize = 12;  // pixels
 constexpr int kMargin = 5;
-constexpr int kFirstLetter = 32, kLastLetter = 126;
+
+// What can be seen, or be a part of it: no control characters, and no halves of surrogate pairs.
+bool IsLetter(std::int32_t point) {
+    const bool control = point < 32 || (point >= 127 && point < 160);
+    const bool surrogate = point >= 0xd800 && point < 0xe000;
+    return !control && !surrogate && point <= 0x10ffff;
+}
+
+void AppendUtf8(std::string& text, std::int32_t point) {
+    const auto add = [&text](std::int32_t byte) { text.push_back(static_cast<char>(byte)); };
+    const auto addRest = [&](int shift) { add(0x80 | (point >> shift & 0x3f)); };
+    if (point < 0x80) {
+        add(point);
+    } else if (point < 0x800) {
+        add(0xc0 | point >> 6);
+        addRest(0);
+    } else if (point < 0x10000) {
+        add(0xe0 | point >> 12);
+        addRest(6);
+        addRest(0);
+    } else {
+        add(0xf0 | point >> 18);
+        addRest(12);
+        addRest(6);
+        addRest(0);
+    }
+}
 
 }  // namespace
 
@@ -44,11 +71,10 @@ void UI_NameField::Draw() {
 
 bool UI_NameField::HandleEvent(UI_Event* event) {
     if (!open_) return false;
-    if (event->type == UI_EventType::CharInput && event->value >= kFirstLetter &&
-        event->value <= kLastLetter) {
+    if (event->type == UI_EventType::CharInput && IsLetter(event->value)) {
         if (fresh_) text.clear();
         fresh_ = false;
-        if (text.size() < kMostCharacters) text.push_back(static_cast<char>(event->value));
+        if (text.size() < kMostBytes) AppendUtf8(text, event->value);
     }
     if (event->type == UI_EventType::LeftDown || event->type == UI_EventType::RightDown) {
         if (!Contains(event->x, event->y)) take();
@@ -58,7 +84,7 @@ bool UI_NameField::HandleEvent(UI_Event* event) {
         if (event->value == kKeyReturn) take();
         if (event->value == kKeyBack) {
             if (fresh_) text.clear();
-            if (!text.empty()) text.pop_back();
+            EraseLastCharacter(text);
             fresh_ = false;
         }
     }

@@ -22,7 +22,7 @@ class UI_NameField : public UI_Object {
     std::string text;
 
     static constexpr int kHeight = 20;
-    static constexpr std::size_t kMostCharacters = 64;
+    static constexpr std::size_t kMostBytes = 64;  // of UTF-8; typing ends at this length
 
   private:
     void take();

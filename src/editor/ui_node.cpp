@@ -17,6 +17,7 @@ constexpr float kColorLength = 0.75f;
 constexpr float kStripAlpha = 0.1f;
 constexpr float kFoldLine = 4;
 constexpr Vec4 kErrorRed = {1, 0, 0, 1};
+constexpr Vec4 kOffVeil = {0.075f, 0.077f, 0.085f, 0.6f}, kOffBar = {1, 0.3f, 0.25f, 0.9f};
 constexpr int kLeastSocketPitch = 12, kMostSocketPitch = 32;
 constexpr CanvasView kPlainView;
 
@@ -95,8 +96,10 @@ void UI_Node::Draw() {
 void UI_Node::drawBox() {
     color = ColorOfId(id);
     const CanvasView& v = view == nullptr ? kPlainView : *view;
-    const BoxOnScreen box = {v, v.screenX(x), v.screenY(y), v.screenX(x + width),
-                             v.screenY(y + height)};
+    const int boxLeft = v.screenX(x), boxTop = v.screenY(y);
+    // A box far away is still a dot.
+    const BoxOnScreen box = {v, boxLeft, boxTop, std::max(v.screenX(x + width), boxLeft + 1),
+                             std::max(v.screenY(y + height), boxTop + 1)};
     const int boxHeight = box.bottom - box.top;
     if (!sockets.empty()) {
         const int span = sockets.back().x - sockets.front().x;
@@ -119,6 +122,15 @@ void UI_Node::drawBox() {
         master->SetColor(master->colorSlots[kColorKeyed]);
         master->OutlineRect(box.left, box.top, box.right - box.left, boxHeight);
     }
+    if (switchedOff) drawBar(box);
+}
+
+void UI_Node::drawBar(const BoxOnScreen& box) {
+    const int boxWidth = box.right - box.left, boxHeight = box.bottom - box.top;
+    master->SetColor(kOffVeil);
+    master->FillRect(box.left, box.top, boxWidth, boxHeight);
+    master->SetColor(kOffBar);
+    master->FillRect(box.left, box.top + boxHeight / 2, boxWidth, std::max(box.view.scaled(2), 1));
 }
 
 void UI_Node::drawTitle(const BoxOnScreen& box) {

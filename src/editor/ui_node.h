@@ -62,8 +62,9 @@ class UI_Node : public UI_Object {
     bool dragging = false;
     int dragOffsetX = 0, dragOffsetY = 0;
     bool error = false;
-    bool hasOutput = true;  // an output's box feeds nothing
-    NodeCanvasHost* host;   // not owned
+    bool switchedOff = false;  // drawn with a bar across
+    bool hasOutput = true;     // an output's box feeds nothing
+    NodeCanvasHost* host;      // not owned
     std::vector<NodeSocket> sockets;
     std::int32_t number = 0;           // in order of adding
     const CanvasView* view = nullptr;  // not owned; null: the canvas is the screen
@@ -72,5 +73,6 @@ class UI_Node : public UI_Object {
   private:
     void drawBox();
     void drawTitle(const struct BoxOnScreen& box);
+    void drawBar(const struct BoxOnScreen& box);
     bool handleDrag(const UI_Event& event);
 };

@@ -128,7 +128,19 @@ void UI_NodeCanvas::rebuildBoxes() {
     }
     linkBoxes();
     applyFolds();
-    std::erase_if(selection_, [this](const std::string& id) { return boxOf(id) == nullptr; });
+}
+
+// Nobody sees that there are two where one box covers another to the pixel.
+Vec2 UI_NodeCanvas::freePlace(Vec2 place) const {
+    const auto isTaken = [&](const auto& box) {
+        return box->x - x == ToWholePlace(place.x) && box->y - y == ToWholePlace(place.y);
+    };
+    // Each box is in the way once at most.
+    for (std::size_t tries = 0; tries < boxes_.size(); ++tries) {
+        if (std::none_of(boxes_.begin(), boxes_.end(), isTaken)) break;
+        place = {place.x + kCopyShift, place.y + kCopyShift};
+    }
+    return place;
 }
 
 void UI_NodeCanvas::linkBoxes() {
@@ -157,6 +169,12 @@ void UI_NodeCanvas::applyFolds() {
     }
     // The places of a folded subtree are drawn thin, and so are the links among them.
     for (const auto& box : boxes_) box->linkAlpha = box->enabled && box->open ? 1.0f : 0.25f;
+    // What is out of reach is not edited either.
+    std::erase_if(selection_, [this](const std::string& id) {
+        const UI_Node* box = boxOf(id);
+        return box == nullptr || !box->enabled;
+    });
+    applySelection();
 }
 
 void UI_NodeCanvas::relink() {
@@ -186,6 +204,40 @@ void UI_NodeCanvas::arrange() {
     }
     rebuildBoxes();
     frameAll();
+}
+
+bool UI_NodeCanvas::isAsArranged() const {
+    const auto isThere = [this](const auto& box) {
+        const auto place = arranged_.find(box->id);
+        return place != arranged_.end() && place->second == std::pair(box->x - x, box->y - y);
+    };
+    return !boxes_.empty() && arranged_.size() == boxes_.size() &&
+           std::all_of(boxes_.begin(), boxes_.end(), isThere);
+}
+
+UI_NodeCanvas::Places UI_NodeCanvas::placesOfBoxes() const {
+    Places places;
+    for (const auto& box : boxes_) places[box->id] = {box->x - x, box->y - y};
+    return places;
+}
+
+void UI_NodeCanvas::arrangeOrPutBack() {
+    const bool putBack = isAsArranged();
+    if (putBack) {
+        for (const auto& [id, place] : beforeArranging_) {
+            host.nodePositions()[id] = {static_cast<float>(place.first),
+                                        static_cast<float>(place.second)};
+        }
+        arranged_.clear();
+        rebuildBoxes();
+        frameAll();
+    } else {
+        beforeArranging_ = placesOfBoxes();
+        arrange();
+        arranged_ = placesOfBoxes();
+    }
+    host.graphChanged();
+    tell(putBack ? "Everything is back in its place" : "Laid out in order; L again puts it back");
 }
 
 void UI_NodeCanvas::select(std::set<std::string> ids) {

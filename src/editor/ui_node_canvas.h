@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -51,6 +52,9 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     // Lays all nodes out in rows, sources above what they feed, and shows them all: for a project
     // that comes without positions.
     void arrange();
+    // Does that for the hand; a second time, when nothing has moved since, it puts the boxes back
+    // to where they were.
+    void arrangeOrPutBack();
 
     UI_Node* boxOf(const std::string& id) const;  // null when there is none
     // In the order of adding, which is also that of their numbers.
@@ -82,6 +86,8 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     NodeCanvasHost& host;
 
   private:
+    static constexpr float kCopyShift = 30;  // pixels of the canvas, of a box beside another
+
     enum class Gesture { None, Pan, RubberBand, DragLink, Knife };
     enum class Part { None, Body, Socket, Output };
     // What is under the pointer. Good until the boxes change.
@@ -103,7 +109,13 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
         int x, y;
     };
 
+    using Places = std::map<std::string, std::pair<int, int>>;  // by id, relative to the canvas
+
     // Boxes
+    Places placesOfBoxes() const;
+    bool isAsArranged() const;
+    // The place relative to the canvas, or one beside it where another box has that exact place.
+    Vec2 freePlace(Vec2 place) const;
     void linkBoxes();
     void applyFolds();
     void applySelection();
@@ -119,7 +131,7 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     void drawDashes(const LinkCurve& curve, const Vec4& color, float lineWidth, float dashShift);
     void drawBoxes();
     void drawSockets(const UI_Node& box);
-    void drawMarks(const UI_Node& box, const Node* node);
+    void drawMarks(const UI_Node& box);
     void drawGesture();
     void drawHoverName();
     void drawFault(const UI_Node& box);
@@ -141,9 +153,12 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     void endGesture();
     bool start(Gesture gesture, const UI_Event& event);
     void hover(const UI_Event& event);
+    void forgetHover();
+    bool isPointed() const;
     void tellHover(const Hit& hit);
     void tellLinkDrag(const Hit& hit);
     void selectBand(const UI_Event& event);
+    bool isHome(const Hit& hit) const;
     void dropLink(const UI_Event& event);
     void cutAlongKnife();
     bool handleKey(const UI_Event& event);
@@ -153,6 +168,7 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
 
     // Edits
     void makeNode(const std::string& typeName);
+    void beginAfresh(const std::string& id);
     void link(const std::string& sourceId, const std::string& targetId, int port);
     void cut(const std::vector<std::pair<std::string, int>>& links);
     void relink();  // after links of the graph have changed
@@ -186,6 +202,7 @@ class UI_NodeCanvas : public UI_Object, public UI_Evt_ValueChanged {
     Vec2 newNodePlace_;                                          // canvas
     std::vector<DragStart> dragStarts_;
     bool dragged_ = false;
+    Places beforeArranging_, arranged_;  // for the way back
     Hit hover_;
     std::string status_;
     std::unique_ptr<NodeTypeCatalog> catalog_;

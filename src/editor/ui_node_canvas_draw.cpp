@@ -47,6 +47,7 @@ void UI_NodeCanvas::Draw() {
         return;
     }
     updateLayout();
+    if (!isPointed()) forgetHover();
     master->PushScissor(x, master->height - y - height, width, height);
     master->SetColor(kGround);
     master->FillRect(x, y, width, height);
@@ -181,25 +182,28 @@ void UI_NodeCanvas::drawBoxes() {
     for (const auto& box : boxes_) {
         box->dashShift = std::fmod(box->dashShift + kDashSpeed, kDashPeriod);
         if (!isVisible(*box)) continue;
-        const Node* node = host.graph().findNode(box->id);
-        if (node != nullptr) box->error = node->hasError;
+        if (const Node* node = host.graph().findNode(box->id)) {
+            box->error = node->hasError;
+            box->switchedOff = node->disabled != 0;
+        }
         drawSockets(*box);
         if (box.get() == master->captured) continue;  // drawn after everything
         box->Draw();
-        drawMarks(*box, node);
+        drawMarks(*box);
     }
 }
 
 void UI_NodeCanvas::drawSockets(const UI_Node& box) {
-    if (view.zoom < kLeastSocketZoom) return;
-    const int half = std::max(view.scaled(4), 1), rise = std::max(view.scaled(5), 2);
+    const bool tiny = view.zoom < kLeastSocketZoom;  // then only what lights up is seen
     const bool linkInHand = gesture_ == Gesture::DragLink;
     const Vec4& bright = master->colorSlots[kColorKeyed];
     for (const NodeSocket& socket : box.sockets) {
         const UI_Node* source = box.inputLinks[static_cast<std::size_t>(socket.input)];
         const bool lit = linkInHand && linkDrag_.fromOutput && wouldTake(box, socket.input);
+        if (tiny && !lit) continue;
         const bool hovered = box.hoverInput == socket.input;
         const int more = lit || hovered ? 2 : 0;
+        const int half = std::max(view.scaled(4), 1), rise = std::max(view.scaled(5), 2);
         Vec4 color = lit ? bright : source != nullptr ? source->color : kEmptySocket;
         if (linkInHand && linkDrag_.fromOutput && !lit) color.a = 0.3f;
         if (hovered) color = master->colorSlots[kColorText];
@@ -209,29 +213,23 @@ void UI_NodeCanvas::drawSockets(const UI_Node& box) {
     }
     if (!box.hasOutput) return;
     const bool lit = linkInHand && !linkDrag_.fromOutput && wouldFeed(box);
+    if (tiny && !lit) return;
     const bool hovered = hover_.box == &box && hover_.part == Part::Output;
     const int reach = std::max(view.scaled(hovered || lit ? 11 : 8), 2);
     const Vec4& color = lit ? bright : hovered ? master->colorSlots[kColorText] : box.color;
     master->SetColor(WithAlpha(color, box.enabled ? 1 : kFoldedAlpha));
     master->FillRect(view.screenX(box.x + box.width / 2) - reach, view.screenY(box.y + box.height),
-                     2 * reach, std::max(view.scaled(4), 1));
+                     2 * reach, std::max(view.scaled(4), lit ? 2 : 1));
 }
 
-// What lies over a box: a veil over what is folded away, bars over what is switched off, and a
-// light edge under the pointer.
-void UI_NodeCanvas::drawMarks(const UI_Node& box, const Node* node) {
+// What lies over a box: a veil over what is folded away, and a light edge under the pointer.
+void UI_NodeCanvas::drawMarks(const UI_Node& box) {
     const int left = view.screenX(box.x), top = view.screenY(box.y);
     const int boxWidth = view.screenX(box.x + box.width) - left;
     const int boxHeight = view.screenY(box.y + box.height) - top;
     if (!box.enabled) {
         master->SetColor(kVeil);
         master->FillRect(left, top, boxWidth, boxHeight);
-    }
-    if (node != nullptr && node->disabled != 0) {
-        master->SetColor(kVeil);
-        master->FillRect(left, top, boxWidth, boxHeight);
-        master->SetColor({kKnife.r, kKnife.g, kKnife.b, 0.9f});
-        master->FillRect(left, top + boxHeight / 2, boxWidth, std::max(view.scaled(2), 1));
     }
     if (hover_.box != &box || hover_.part != Part::Body || !box.enabled || box.keyed) return;
     master->SetColor(kSoftWhite);

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr float kCopyShift = 30;  // pixels of the canvas
-
 std::string Counted(std::size_t count, const char* one, const char* many) {
     return std::to_string(count) + " " + (count == 1 ? one : many);
 }
@@ -49,11 +47,18 @@ void UI_NodeCanvas::makeNode(const std::string& typeName) {
         if (target != nullptr) SetLink(graph, *made, *target, link.port);
         place.y -= UI_Node::kHeight / 2;
     }
-    host.nodePositions()[id] = place;
+    beginAfresh(id);
+    host.nodePositions()[id] = freePlace(place);
     rebuildBoxes();
     select({id});
     host.graphChanged();
     tell(titleOf(id) + " made; right press on it opens its values");
+}
+
+// A node that once had this id may have left its name and its fold.
+void UI_NodeCanvas::beginAfresh(const std::string& id) {
+    master->displayNames.erase(id);
+    host.setFolded(id, false);
 }
 
 void UI_NodeCanvas::link(const std::string& sourceId, const std::string& targetId, int port) {
@@ -144,11 +149,15 @@ void UI_NodeCanvas::paste() {
 void UI_NodeCanvas::pasteClip(const GraphClip& clip, const Vec2& shift) {
     capturePlaces();
     const GraphClip::Pasted pasted = clip.pasteInto(host.graph());
+    const Vec2 first = {clip.nodes.front().place.x + shift.x, clip.nodes.front().place.y + shift.y};
+    const Vec2 free = freePlace(first);
+    const Vec2 moved = {shift.x + free.x - first.x, shift.y + free.y - first.y};
     std::set<std::string> made;
     for (const GraphClip::Node& node : clip.nodes) {
         const auto found = pasted.newIds.find(node.id);
         if (found == pasted.newIds.end() || !made.insert(found->second).second) continue;
-        host.nodePositions()[found->second] = {node.place.x + shift.x, node.place.y + shift.y};
+        beginAfresh(found->second);
+        host.nodePositions()[found->second] = {node.place.x + moved.x, node.place.y + moved.y};
         if (!node.displayName.empty()) master->displayNames[found->second] = node.displayName;
     }
     const std::size_t count = made.size();
@@ -190,7 +199,10 @@ void UI_NodeCanvas::toggleDisabled() {
                                    [](const Node* node) { return node->disabled == 0; });
     for (Node* node : nodes) node->disabled = anyOn ? 1 : 0;
     tell(Counted(nodes.size(), "node", "nodes") +
-         (anyOn ? " switched off: not computed any more, the last picture stays" : " switched on"));
+         (anyOn
+              ? " switched off until the project is loaded again (this is not saved): not computed "
+                "any more, the last picture stays"
+              : " switched on"));
 }
 
 void UI_NodeCanvas::toggleFold() {
@@ -200,11 +212,6 @@ void UI_NodeCanvas::toggleFold() {
                                      [this](const std::string& id) { return !host.folded(id); });
     for (const std::string& id : ids) host.setFolded(id, anyOpen);
     applyFolds();
-    std::erase_if(selection_, [this](const std::string& id) {
-        const UI_Node* box = boxOf(id);
-        return box == nullptr || !box->enabled;
-    });
-    applySelection();
     host.graphChanged();
     tell(anyOpen ? "Folded: what is behind is out of reach until H unfolds it" : "Unfolded");
 }

@@ -18,6 +18,8 @@ namespace {
 constexpr int kSocketReach = 9;    // pixels of the canvas, about a socket or an output
 constexpr int kOutputReach = 14;   // to both sides
 constexpr float kZoomStep = 1.1f;  // a notch of the wheel
+constexpr float kWheelNotch = 120;
+constexpr float kLeastDrag = 3;  // pixels of the screen; a hand trembles
 constexpr float kFurthestShift = 5000000;
 
 Vec2 PixelOf(const UI_Event& event) {
@@ -88,7 +90,8 @@ bool UI_NodeCanvas::handleFree(UI_Event* event) {
             return start(Gesture::Pan, *event);
         case UI_EventType::Wheel:
             if (event->value != 0) {
-                view.zoomAbout(PixelOf(*event), event->value > 0 ? kZoomStep : 1 / kZoomStep);
+                const float notches = static_cast<float>(event->value) / kWheelNotch;
+                view.zoomAbout(PixelOf(*event), std::pow(kZoomStep, notches));
             }
             return true;
         case UI_EventType::KeyDown:
@@ -104,7 +107,7 @@ bool UI_NodeCanvas::start(Gesture gesture, const UI_Event& event) {
     gesture_ = gesture;
     startX_ = event.x;
     startY_ = event.y;
-    hover_ = {};
+    forgetHover();
     return true;
 }
 
@@ -188,9 +191,11 @@ void UI_NodeCanvas::OnCommand(UI_Object* sender, int argument) {
     if (held == dragStarts_.end()) return;
     const int dx = sender->x - held->x, dy = sender->y - held->y;
     if (argument == UI_Node::kDragged) {
-        dragged_ = dragged_ || dx != 0 || dy != 0;
+        const float away = static_cast<float>(std::max(std::abs(dx), std::abs(dy)));
+        dragged_ = dragged_ || away * view.zoom >= kLeastDrag;
+        if (!dragged_) sender->SetPosition(held->x, held->y);
         for (const DragStart& start : dragStarts_) {
-            if (start.box != sender) start.box->SetPosition(start.x + dx, start.y + dy);
+            if (dragged_ && start.box != sender) start.box->SetPosition(start.x + dx, start.y + dy);
         }
     } else if (argument == UI_Node::kLetGo) {
         dragStarts_.clear();
@@ -282,6 +287,20 @@ bool UI_NodeCanvas::wouldFeed(const UI_Node& box) const {
            target->canConnect(linkDrag_.port, source);
 }
 
+// True on the box that the link was taken from, and on the source of one that was taken off its
+// socket: there it stays as it was. A node is linked to itself only by a hit on its other end.
+bool UI_NodeCanvas::isHome(const Hit& hit) const {
+    if (hit.box == nullptr) return false;
+    const bool atSource = hit.box->id == linkDrag_.source;
+    const bool atTarget = hit.box->id == linkDrag_.target;
+    if (linkDrag_.takenOff) {
+        return hit.part == Part::Socket ? atTarget && hit.input == linkDrag_.port
+                                        : atTarget || atSource;
+    }
+    return linkDrag_.fromOutput ? atSource && hit.part != Part::Socket
+                                : atTarget && hit.part != Part::Output;
+}
+
 void UI_NodeCanvas::dropLink(const UI_Event& event) {
     const LinkDrag drag = linkDrag_;
     const Hit hit = hitAt(event.x, event.y);
@@ -297,8 +316,7 @@ void UI_NodeCanvas::dropLink(const UI_Event& event) {
     const bool taken =
         hit.box != nullptr && (drag.fromOutput ? wouldTake(*hit.box, input) : wouldFeed(*hit.box));
     const std::string boxId = hit.box == nullptr ? std::string() : hit.box->id;
-    const bool home =
-        drag.takenOff && boxId == drag.target && (hit.part != Part::Socket || input == drag.port);
+    const bool home = isHome(hit);
     endGesture();
     tell("");
     if (home) return;
@@ -352,8 +370,7 @@ bool UI_NodeCanvas::handleKey(const UI_Event& event) {
             toggleFold();
             return true;
         case 'L':
-            arrange();
-            host.graphChanged();
+            arrangeOrPutBack();
             return true;
         case kKeyDelete:
         case kKeyBack:
@@ -434,8 +451,21 @@ void UI_NodeCanvas::openPaletteFor(int screenX, int screenY, const LinkDrag& dra
     palette_->open(screenX, screenY, catalog_->fittingTypes(open), std::move(heading));
 }
 
-void UI_NodeCanvas::hover(const UI_Event& event) {
+// False when the pointer is elsewhere, something lies between it and the canvas, or another widget
+// has the mouse: of all these the canvas hears nothing.
+bool UI_NodeCanvas::isPointed() const {
+    const bool free = master->captured == nullptr || hasCapture();
+    return free && pointerX_ == master->mouseX && pointerY_ == master->mouseY &&
+           Contains(pointerX_, pointerY_);
+}
+
+void UI_NodeCanvas::forgetHover() {
     if (hover_.box != nullptr) hover_.box->hoverInput = -1;
+    hover_ = {};
+}
+
+void UI_NodeCanvas::hover(const UI_Event& event) {
+    forgetHover();
     hover_ = Contains(event.x, event.y) ? hitAt(event.x, event.y) : Hit{};
     if (hover_.box != nullptr) {
         if (hover_.part == Part::Socket) hover_.box->hoverInput = hover_.input;
@@ -474,6 +504,8 @@ void UI_NodeCanvas::tellLinkDrag(const Hit& hit) {
     if (hit.box == nullptr) {
         tell(linkDrag_.takenOff ? "Let go to cut the link"
                                 : "Let go to choose a new node for the link");
+    } else if (isHome(hit)) {
+        tell("Let go to leave everything as it was");
     } else if (!linkDrag_.fromOutput) {
         tell(wouldFeed(*hit.box) ? "Let go to link " + titleOf(hit.box->id)
                                  : titleOf(hit.box->id) + " does not fit this input");

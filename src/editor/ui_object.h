@@ -33,6 +33,9 @@ class UI_Object {
     virtual void SyncKeyed() {}
     virtual void SetMaster(UI_Master* newMaster) { master = newMaster; }
 
+    // True for the widget itself and for all that it is made of, at any depth.
+    virtual bool Holds(const UI_Object* widget) const { return widget == this; }
+
     // Both ends of both ranges are inside.
     bool Contains(int pointX, int pointY) const;
 

@@ -108,6 +108,12 @@ void UI_Panel::SetMaster(UI_Master* newMaster) {
     for (const auto& child : children) child->SetMaster(newMaster);
 }
 
+bool UI_Panel::Holds(const UI_Object* widget) const {
+    return UI_Object::Holds(widget) ||
+           std::any_of(children.begin(), children.end(),
+                       [widget](const auto& child) { return child->Holds(widget); });
+}
+
 void UI_Panel::AddChild(UI_Object* child) {
     const auto isChild = [child](const auto& known) { return known.get() == child; };
     if (child == nullptr || std::any_of(children.begin(), children.end(), isChild)) return;

@@ -16,6 +16,7 @@ class UI_Panel : public UI_Object {
     bool HandleEvent(UI_Event* event) override;
     void SetPosition(int newX, int newY) override;  // takes the children along
     void SetMaster(UI_Master* newMaster) override;  // hands it on to the children
+    bool Holds(const UI_Object* widget) const override;
 
     virtual void DrawOverlay() {}   // after the children
     virtual void DrawUnderlay() {}  // before the background

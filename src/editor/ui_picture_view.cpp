@@ -27,7 +27,7 @@ void UI_PictureView::Place(int viewX, int viewY, int viewWidth, int viewHeight) 
 void UI_PictureView::Draw() {
     master->SetColor(kSurround);
     master->FillRect(x, y, width, height);
-    panel_.Draw();
+    panel_.DrawInView();
 }
 
 bool UI_PictureView::HandleEvent(UI_Event* event) {

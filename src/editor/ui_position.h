@@ -12,6 +12,9 @@ class UI_Position : public UI_BoundWidget<ValueVec2>, public UI_Evt_ValueChanged
     int GetHeight() const override { return height; }
     bool HandleEvent(UI_Event* event) override;  // never consumes
     void SetMaster(UI_Master* newMaster) override;
+    bool Holds(const UI_Object* widget) const override {
+        return widget == this || widget == &controlX || widget == &controlY;
+    }
 
     // From the two numbers.
     void OnValueEdited(UI_Object* sender) override;

@@ -30,6 +30,13 @@ UI_Object* MakeFloatWidget(const ValueFloat& value) {
     return control;
 }
 
+// No track drives a text.
+UI_Object* MakeTextWidget(const ValueString& value) {
+    auto* box = new UI_TextBox(value, kLeft, 0, kRowWidth);
+    box->keyable = false;
+    return box;
+}
+
 UI_Object* MakeVec2Widget(const ValueVec2& value) {
     if (value.flag) return new UI_Direction(value, 0);
     return new UI_Position(value, 0);
@@ -51,7 +58,7 @@ UI_Object* MakeWidget(const Value_Object& value) {
         case kValueVec4:
             return new UI_ColorSelector(static_cast<const ValueVec4&>(value), 0);
         case kValueString:
-            return new UI_TextBox(static_cast<const ValueString&>(value), kLeft, 0, kRowWidth);
+            return MakeTextWidget(static_cast<const ValueString&>(value));
         default:
             return nullptr;
     }
@@ -97,6 +104,7 @@ void UI_PropertiesPanel::AddWidgets(UI_ImagePanel& pins) {
         }
     }
     widgetsHeight_ = top;
+    syncedTracks_ = trackNames();
     SetSize(width, top + kFoot);
 }
 
@@ -113,8 +121,29 @@ void UI_PropertiesPanel::Draw() {
     UI_Panel::Draw();
 }
 
+std::vector<std::string> UI_PropertiesPanel::trackNames() const {
+    std::vector<std::string> names;
+    const auto* list = engine_.tracks.find(id);
+    if (list == nullptr) return names;
+    for (const auto& track : *list) names.push_back(track->name);
+    return names;
+}
+
+// What a widget does to the tracks it knows itself. To ask again would be to lose it: a value
+// counts as animated, too, while one is whose name begins with its own.
+bool UI_PropertiesPanel::HandleEvent(UI_Event* event) {
+    if (event->type != UI_EventType::KeyDown) return UI_Panel::HandleEvent(event);
+    const bool inStep = trackNames() == syncedTracks_;
+    const bool consumed = UI_Panel::HandleEvent(event);
+    if (inStep) syncedTracks_ = trackNames();
+    return consumed;
+}
+
 void UI_PropertiesPanel::refresh() {
-    for (const auto& child : children) child->SyncKeyed();
+    if (std::vector<std::string> names = trackNames(); names != syncedTracks_) {
+        for (const auto& child : children) child->SyncKeyed();
+        syncedTracks_ = std::move(names);
+    }
     const Node* node = engine_.findNode(id);
     takeFaults(node == nullptr ? std::vector<std::string>() : FaultsOf(*node));
     SetSize(width, widgetsHeight_ + kFoot + kFaultRow * static_cast<int>(faultRows_.size()));

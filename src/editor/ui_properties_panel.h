@@ -27,9 +27,10 @@ class UI_PropertiesPanel : public UI_Panel {
     void AddWidgets(UI_ImagePanel& pins);
     // The same for a node that has other values now; the panel stays where it is.
     void RemakeWidgets(UI_ImagePanel& pins);
-    // Takes up before whether values are animated, and the node's faults, whose lines make the
-    // panel longer.
+    // Takes up before whether values are animated, when the node's tracks have come or gone, and
+    // the node's faults, whose lines make the panel longer.
     void Draw() override;
+    bool HandleEvent(UI_Event* event) override;
     void DrawOverlay() override;
 
     const std::string id;
@@ -38,9 +39,11 @@ class UI_PropertiesPanel : public UI_Panel {
     void addWidget(UI_Object* widget, int& top);
     void refresh();
     void takeFaults(std::vector<std::string> faults);
+    std::vector<std::string> trackNames() const;
 
     Engine& engine_;
     int widgetsHeight_ = 0;
     std::vector<std::string> faults_;
-    std::vector<std::string> faultRows_;  // cut to the panel's width
+    std::vector<std::string> faultRows_;     // cut to the panel's width
+    std::vector<std::string> syncedTracks_;  // those for which the widgets' flags are right
 };

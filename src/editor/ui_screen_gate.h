@@ -1,6 +1,6 @@
 // The first widget of the authoring screen: paints its ground, and hears of every event before the
-// others do, for the keys that hold everywhere and for what lies over the other widgets. Main
-// thread.
+// others do, for the keys that hold everywhere and for what lies over the other widgets. Repeats of
+// held keys end here, but for those of arrows and modifiers. Main thread.
 #pragma once
 
 #include <functional>
@@ -16,13 +16,7 @@ class UI_ScreenGate : public UI_Object {
 
     // True when the event is theirs. May be empty.
     std::function<bool(const UI_Event&)> overlays;
-    std::function<bool(const UI_Event&)>
-        shortcuts;  // presses of keys, repeats of held ones left out
-
-  private:
-    bool isRepeat(const UI_Event& event);
-
-    int heldKey_ = 0;
+    std::function<bool(const UI_Event&)> shortcuts;  // presses of keys
 };
 
 // Draws what lies over the other widgets; hears nothing.

@@ -94,7 +94,7 @@ bool UI_TextBox::HandleEvent(UI_Event* event) {
 }
 
 bool UI_TextBox::handleUnfocused(const UI_Event& event) {
-    if (toggleKeyed(event)) return true;
+    if (keyable && toggleKeyed(event)) return true;
     switch (event.type) {
         case UI_EventType::LeftUp:
             if (!takeCapture(true)) return false;
@@ -122,6 +122,7 @@ void UI_TextBox::handleFocused(const UI_Event& event) {
         loseFocus();
         setText(buffer, event);
     }
+    if (IsKeyEvent(event, UI_EventType::KeyUp, kKeyEscape)) loseFocus();
 }
 
 void UI_TextBox::askForFile(const UI_Event& event) {

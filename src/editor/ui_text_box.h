@@ -1,5 +1,5 @@
-// A line of text. A click begins typing, return takes the text over, another click drops it. The
-// middle button asks for a file and takes its name. Main thread.
+// A line of text. A click begins typing, return takes the text over, another click and Escape drop
+// it. The middle button asks for a file and takes its name. Main thread.
 #pragma once
 
 #include <string>
@@ -20,6 +20,7 @@ class UI_TextBox : public UI_BoundWidget<ValueString> {
 
     std::string buffer;  // what is shown and edited
     bool focused = false;
+    bool keyable = true;  // false: S does nothing, for texts that nothing can animate
 
   private:
     bool handleUnfocused(const UI_Event& event);

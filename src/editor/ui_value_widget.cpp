@@ -16,7 +16,7 @@ bool IsKeyEvent(const UI_Event& event, UI_EventType type, int virtualKey) {
 }
 
 bool IsSetKeyframePress(const UI_Event& event) {
-    return IsKeyEvent(event, UI_EventType::KeyDown, kKeySetKeyframe);
+    return !event.ctrl && IsKeyEvent(event, UI_EventType::KeyDown, kKeySetKeyframe);
 }
 
 UI_ValueWidget::UI_ValueWidget(std::string widgetLabel, int widgetX, int widgetY, int widgetWidth,
@@ -34,10 +34,10 @@ void UI_ValueWidget::SyncKeyed() {
 }
 
 bool UI_ValueWidget::toggleKeyed(const UI_Event& event) {
-    if (!IsKeyEvent(event, UI_EventType::KeyDown, kKeyToggle) &&
-        !IsKeyEvent(event, UI_EventType::KeyDown, kKeyToggleSmall)) {
-        return false;
-    }
+    const bool press = IsKeyEvent(event, UI_EventType::KeyDown, kKeyToggle) ||
+                       IsKeyEvent(event, UI_EventType::KeyDown, kKeyToggleSmall);
+    // With ctrl it is a shortcut; held while a widget has the mouse, it switches once.
+    if (!press || event.ctrl || event.repeat) return false;
     keyed = !keyed;
     const Value_Object& bound = boundValue();
     if (bound.handler == nullptr) return true;

@@ -11,6 +11,7 @@ struct WindowMessage {
     std::uint32_t message = 0;  // 16 close, 256 key down, 257 key up, 258 character, 512 to 522
     std::int32_t value = 0;     // virtual key, character or wheel delta (120 a notch)
     std::int32_t x = 0, y = 0;  // mouse place in picture pixels (1920 by 1080, top left origin)
+    bool repeat = false;        // of a key down: the key is held, this is no new press
 };
 constexpr std::uint32_t kMessageClose = 16;
 

@@ -192,6 +192,7 @@ void MessageTranslator::translateKey(const SDL_KeyboardEvent& key) {
     const bool alt = (key.keysym.mod & KMOD_LALT) != 0 && (key.keysym.mod & KMOD_CTRL) == 0;
     if (down && alt && virtualKey != kKeyAlt) return;
     add(down ? kMessageKeyDown : kMessageKeyUp, virtualKey);
+    messages_.back().repeat = down && key.repeat != 0;
 }
 
 void MessageTranslator::translateText(const char* utf8) {

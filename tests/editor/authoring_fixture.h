@@ -128,6 +128,12 @@ class AuthoringTest : public GlTest {
         send(kKeyRelease, x, y, virtualKey);
         send(kKeyRelease, x, y, kKeyControl);
     }
+    // A press that goes on: the window repeats it. The key stays down.
+    void hold(int virtualKey, int x, int y) {
+        send(kMove, x, y);
+        send(kKeyPress, x, y, virtualKey);
+        for (int i = 0; i < 3; ++i) ui.master.Dispatch({kKeyPress, virtualKey, x, y, true});
+    }
     void frame() {
         ui.BeginFrameUpdate();
         engine.update(ui.editorTime);

@@ -113,6 +113,11 @@ class CanvasTest : public ::testing::Test {
         move(at);
         Play(master, 522, at.x, at.y, delta);
     }
+    void doubleClick(const Spot& at) {
+        click(at);
+        Play(master, 515, at.x, at.y);
+        Play(master, 514, at.x, at.y);
+    }
     void key(int code) { Play(master, 256, 0, 0, code); }
     void keyUp(int code) { Play(master, 257, 0, 0, code); }
     void ctrl(int code) {

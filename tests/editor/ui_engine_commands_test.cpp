@@ -287,7 +287,7 @@ TEST_F(UiCommandTest, PlayAndPauseMoveTheMusicAlong) {
 
 TEST_F(UiCommandTest, AHeldSpaceTogglesOnce) {
     edit();
-    for (int i = 0; i < 4; ++i) send(kKeyPress, 5, 5, kKeySpace);
+    hold(kKeySpace, 5, 5);
     EXPECT_TRUE(ui.playing);
     send(kKeyRelease, 5, 5, kKeySpace);
     send(kKeyPress, 5, 5, kKeySpace);

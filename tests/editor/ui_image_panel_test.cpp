@@ -6,6 +6,8 @@
 
 #include "core/value_object.h"
 #include "editor/ui_panel.h"
+#include "editor/ui_picture_view.h"
+#include "editor/ui_screen_gate.h"
 #include "gpu/gl_mem_texture.h"
 #include "keyframe_recorder.h"
 #include "ui_fixture.h"
@@ -114,6 +116,16 @@ TEST_F(UiImagePanelTest, PansOnlyFromInsideAndWithFreeCapture) {
     EXPECT_FALSE(panel.panning);
     EXPECT_EQ(master.captured, &other);
     master.captured = nullptr;
+}
+
+TEST_F(UiImagePanelTest, TheWheelZoomsDuringAPan) {
+    send(UI_EventType::MiddleDown, 150, 80);
+    send(UI_EventType::Wheel, 150, 80, 120);
+    expectOnScreen(150, 80, 150, 80);
+    EXPECT_FLOAT_EQ(panel.view[0], 1.1f);
+    send(UI_EventType::MouseMove, 160, 80);
+    expectOnScreen(150, 80, 150 + 10 * 1.1f, 80);
+    EXPECT_TRUE(panel.panning);
 }
 
 TEST_F(UiImagePanelTest, ARightPressDoesNotResetWhilePanning) {
@@ -344,4 +356,65 @@ TEST_F(UiImagePanelDrawTest, MarksPinsAndAKeyedPanel) {
     }
     expected.outline(10, 8, 40, 30, color);
     ExpectSamePicture(drawn(), expected);
+}
+
+TEST_F(UiImagePanelDrawTest, MarksPinsOfAZoomedAndPannedPictureAtTheirPlaces) {
+    float position[2] = {0.5f, 0.25f};
+    ValueVec2 value("Position", "n7");
+    value.data = position;
+    panel.AddPin(value, "", nullptr);
+    panel.keyed = true;
+    Mat4Scale(panel.view, {1.25f, 1.25f, 1});
+    panel.view[12] = 3.5f;
+    panel.view[13] = -2.25f;
+    // The corner at 16, 7.75 and 50 by 37.5 before truncation; the pin at 41, 17.125. The outline
+    // of a keyed panel begins at that corner and has the panel's own size.
+    Picture expected = blank(kBackground);
+    expected.outline(16, 7, 50, 37, kWhite);
+    expected.fill(42, 18, 5, 5, {0, 0, 0, 0.8f});
+    expected.fill(41, 17, 5, 5, master.colorSlots[9]);
+    expected.outline(16, 7, 40, 30, master.colorSlots[9]);
+    ExpectSamePicture(drawn(), expected);
+}
+
+TEST_F(UiImagePanelDrawTest, LeavesNoTextureOnAnyUnitOfItsPicture) {
+    const DebugCapture silent;
+    const GL_FrameBuffer targets(4, 4, 3, 16, GL_RGBA, TargetDepth::None, TargetWrap::Border);
+    ASSERT_EQ(targets.textureCount, 3);
+    panel.SetImage(&targets);
+    drawn();
+    for (const GLenum unit : {GL_TEXTURE2, GL_TEXTURE1, GL_TEXTURE0}) {
+        GLint bound = -1;
+        glActiveTexture(unit);
+        glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+        EXPECT_EQ(bound, 0) << unit - GL_TEXTURE0;
+    }
+}
+
+TEST_F(UiImagePanelDrawTest, APanDoesNotLiftThePictureOverWhatLiesOnItsView) {
+    UI_PictureView view(panel);
+    UI_OverlayPainter cover;
+    cover.paint = [this] {
+        master.SetColor({0, 0, 0, 1});
+        master.FillRect(20, 10, 30, 30);
+    };
+    master.topLevel.clear();
+    master.AddTopLevel(&view);
+    master.AddTopLevel(&cover);
+    view.Place(0, 0, 96, 64);
+    const auto draw = [this] {
+        begin(kBackground);
+        master.DrawAll();
+        return end();
+    };
+    const int index = 2;
+    panel.SetBackdrop(&index);
+    const Picture before = draw();
+    UI_Event press = {UI_EventType::MiddleDown, 0, 60, 30, false, false};
+    panel.HandleEvent(&press);
+    ASSERT_EQ(master.captured, &panel);
+    ExpectSamePicture(draw(), before, 0);
+    EXPECT_GT(before.at(60, 30).r, 0.9f) << "the picture's backdrop";
+    EXPECT_LT(before.at(35, 25).r, 0.1f) << "what lies over it";
+    master.captured = nullptr;
 }

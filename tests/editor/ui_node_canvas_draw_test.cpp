@@ -176,6 +176,82 @@ TEST_F(CanvasPictures, ASocketUnderThePointerTellsItsName) {
     EXPECT_GT(lightPixels(draw()), 20);
 }
 
+TEST_F(CanvasPictures, TheNameOfASocketGoesWithThePointer) {
+    add("out", "Output", 100, 180);
+    canvas.rebuildBoxes();
+    engine.findNode("out")->inputNames[0] = "Picture";
+    canvas.rebuildBoxes();
+    const Picture before = draw();
+    const auto overSocket = [this] {
+        Play(master, 512, box("out").sockets[0].x, box("out").y - 3);
+        return draw();
+    };
+    const auto differs = [&](const Picture& picture) {
+        for (int y = 30; y < 270; ++y) {
+            for (int x = 20; x < 380; ++x) {
+                if (!alike(picture.at(x, y), before.at(x, y))) return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(differs(overSocket()));
+    Play(master, 512, 5, 5);
+    EXPECT_FALSE(differs(draw())) << "the pointer is outside of the canvas";
+    EXPECT_TRUE(differs(overSocket()));
+    UI_Node other(&master, nullptr, "other", 0, 0, 0);
+    master.captured = &other;
+    EXPECT_FALSE(differs(draw())) << "another widget has the mouse";
+    master.captured = nullptr;
+}
+
+TEST_F(CanvasPictures, SocketsThatTakeALinkLightUpAtEveryZoom) {
+    add("a", "Node", 20, 20);
+    add("out", "Output", 500, 600);
+    canvas.rebuildBoxes();
+    canvas.view.zoom = 0.15f;
+    canvas.view.shift = {100, 100};
+    const int x = canvas.view.screenX(box("out").sockets[0].x);
+    const int y = canvas.view.screenY(box("out").y) - 2;
+    EXPECT_FALSE(alike(draw().at(x, y), kBright));
+    Play(master, 513, canvas.view.screenX(box("a").x + 80), canvas.view.screenY(box("a").y + 24));
+    Play(master, 512, 350, 150);
+    ASSERT_EQ(master.captured, &canvas);
+    EXPECT_TRUE(alike(draw().at(x, y), kBright));
+    Play(master, 256, 0, 0, kKeyEscape);
+    EXPECT_FALSE(alike(draw().at(x, y), kBright));
+}
+
+TEST_F(CanvasPictures, OutputsLightUpWhileALinkIsDraggedBackFromAnInput) {
+    add("a", "Node", 20, 20);
+    add("cam", "Camera", 200, 20);
+    add("out", "Output", 100, 180);
+    canvas.rebuildBoxes();
+    const auto lit = [&](const char* id) {
+        return alike(draw().at(box(id).x + 80, box(id).y + 21), kBright);
+    };
+    EXPECT_FALSE(lit("a"));
+    Play(master, 513, box("out").sockets[0].x, box("out").y - 2);
+    Play(master, 512, 300, 150);
+    EXPECT_TRUE(lit("a"));
+    EXPECT_FALSE(lit("cam")) << "no picture";
+    Play(master, 256, 0, 0, kKeyEscape);
+    EXPECT_FALSE(lit("a"));
+}
+
+TEST_F(CanvasPictures, ABoxThatIsSwitchedOffKeepsItsBarInADrag) {
+    add("a", "Camera", 100, 100);
+    canvas.rebuildBoxes();
+    engine.findNode("a")->disabled = 1;
+    const Picture before = draw();
+    Play(master, 513, 190, 135);
+    Play(master, 512, 170, 125);
+    ASSERT_EQ(master.captured, canvas.boxOf("a"));
+    const Picture held = draw();
+    EXPECT_TRUE(alike(held.at(250, 130), before.at(270, 140))) << "the bar";
+    EXPECT_TRUE(alike(held.at(250, 135), before.at(270, 145))) << "the veil";
+    EXPECT_GT(held.at(250, 130).r, 0.8f);
+}
+
 TEST_F(CanvasPictures, AnErrorThatComesUpLaterIsSeen) {
     add("a", "Camera", 100, 100);
     canvas.rebuildBoxes();

@@ -115,7 +115,7 @@ TEST_F(CanvasTest, PlacesOfNoCanvasEndAtItsEdge) {
     EXPECT_EQ(box("a").y, kTop + 10000000);
     EXPECT_EQ(box("b").x, kLeft - 10000000);
     canvas.frameAll();
-    EXPECT_GE(canvas.view.zoom, CanvasView::kLeastZoom);
+    EXPECT_GE(canvas.view.zoom, CanvasView::kLeastFrameZoom);
 }
 
 // A quirk that saved projects rely on: a box moves right with each save on a canvas that is not at

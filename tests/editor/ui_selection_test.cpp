@@ -149,6 +149,92 @@ TEST_F(UiSelectionTest, TakesOtherOptionsAndCloses) {
     EXPECT_EQ(index, 1);
 }
 
+// At 5, 980: a list of twenty would end 330 pixels below the screen, which has room for three rows.
+class UiLongSelectionTest : public WidgetTest {
+  protected:
+    UiLongSelectionTest() {
+        ValueInt value = BoundValue<ValueInt>(&index, handler);
+        for (int i = 0; i < 20; ++i) value.options.push_back(std::to_string(i));
+        selection = std::make_unique<UI_Selection>(value, 980, 380);
+        master.AddTopLevel(selection.get());
+        send(*selection, UI_EventType::LeftDown, 200, 990);
+    }
+    void wheel(int delta, int times) {
+        for (int i = 0; i < times; ++i) send(*selection, UI_EventType::Wheel, 200, 1015, delta);
+    }
+    std::int32_t index = 1;
+    std::unique_ptr<UI_Selection> selection;
+};
+
+TEST_F(UiLongSelectionTest, TheWheelBringsTheRowsThatDoNotGoOnTheScreen) {
+    send(*selection, UI_EventType::MouseMove, 200, 1015);
+    EXPECT_EQ(selection->hoverRow, 0);
+    wheel(-120, 1);
+    EXPECT_EQ(selection->hoverRow, 1) << "the row under the pointer";
+    wheel(-30, 100);
+    EXPECT_EQ(selection->hoverRow, 17) << "the last is the third from the field";
+    send(*selection, UI_EventType::MouseMove, 200, 1055);
+    EXPECT_EQ(selection->hoverRow, 19);
+    wheel(120, 3);
+    EXPECT_EQ(selection->hoverRow, 14);
+    send(*selection, UI_EventType::LeftUp, 200, 1015);
+    EXPECT_EQ(index, 14);
+    send(*selection, UI_EventType::LeftDown, 200, 990);
+    send(*selection, UI_EventType::MouseMove, 200, 1015);
+    EXPECT_EQ(selection->hoverRow, 0) << "it opens at its first row";
+}
+
+TEST_F(UiLongSelectionTest, ArrowsGoRowByRowAndBringThemIntoView) {
+    for (int i = 0; i < 4; ++i) press(*selection, kKeyDown);
+    EXPECT_EQ(selection->hoverRow, 5);
+    EXPECT_EQ(selection->scrolledRows, 3);
+    for (int i = 0; i < 40; ++i) press(*selection, kKeyDown);
+    EXPECT_EQ(selection->hoverRow, 19);
+    EXPECT_EQ(selection->scrolledRows, 17);
+    for (int i = 0; i < 40; ++i) press(*selection, kKeyUp);
+    EXPECT_EQ(selection->hoverRow, 0);
+    EXPECT_EQ(selection->scrolledRows, 0);
+    press(*selection, kKeyDown);
+    send(*selection, UI_EventType::LeftUp, 200, 990);
+    EXPECT_EQ(index, 1);
+}
+
+TEST_F(UiLongSelectionTest, EscapeClosesWithoutAChoice) {
+    wheel(-120, 5);
+    press(*selection, kKeyEscape);
+    release(*selection, kKeyEscape);
+    EXPECT_FALSE(selection->open);
+    EXPECT_EQ(master.captured, nullptr);
+    EXPECT_EQ(index, 1);
+    EXPECT_THAT(listener.edited, IsEmpty());
+}
+
+TEST_F(UiSelectionTest, AListThatGoesOnTheScreenDoesNotScroll) {
+    open();
+    send(selection, UI_EventType::Wheel, 200, 40 + 55, -120);
+    EXPECT_EQ(selection.scrolledRows, 0);
+    EXPECT_EQ(selection.hoverRow, 1);
+}
+
+TEST_F(UiSelectionDrawTest, ALongListShowsItsRowsFromTheOneScrolledToAndWhereTheyAre) {
+    std::int32_t index = 0;
+    ValueInt value = BoundValue<ValueInt>(&index, handler);
+    for (int i = 0; i < 100; ++i) value.options.push_back(std::to_string(i));
+    UI_Selection selection(value, 40, 380);
+    master.AddTopLevel(&selection);
+    master.captured = &selection;
+    selection.open = true;
+    selection.scrolledRows = 25;  // of the 50 that do not go on the screen
+    selection.hoverRow = 26;
+    expectDraws(selection, [&] {
+        closed("0");
+        fill(slot(4), 136, 70, 219, 2005);
+        fill(slot(3), 136, 71 + 20, 219, 22);
+        for (int row = 0; row < 10; ++row) text(141, 85 + 20 * row, std::to_string(25 + row));
+        fill(slot(2), 350, 73 + 1000 / 4, 4, 500);
+    });
+}
+
 TEST_F(UiSelectionDrawTest, ShowsTheChoice) {
     std::int32_t index = 1;
     UI_Selection selection(Choice(&index, handler), 40, 380);

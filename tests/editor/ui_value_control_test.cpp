@@ -246,6 +246,50 @@ TEST_F(UiValueControlTest, WritesAKeyWithTheTypedNumber) {
     EXPECT_THAT(handler.calls, ElementsAre("key n7/Size"));
 }
 
+TEST_F(UiValueControlTest, ReleasingCtrlCountsAsAChange) {
+    EXPECT_TRUE(release(control, kKeyControl));
+    EXPECT_THAT(listener.edited, ElementsAre(&control));
+    EXPECT_THAT(handler.calls, IsEmpty()) << "not keyed";
+    control.keyed = true;
+    EXPECT_TRUE(release(control, kKeyControl));
+    EXPECT_THAT(handler.calls, ElementsAre("key n7/Size"));
+    EXPECT_EQ(number, 1);
+}
+
+TEST_F(UiValueControlTest, ADoubleClickTypesEvenWhileAnotherWidgetHasTheCapture) {
+    UI_ValueControl other("Other", 0, 0, 100, true);
+    master.captured = &other;
+    UI_Event event = {UI_EventType::LeftDoubleClick, 0, 300, 45, false, false};
+    EXPECT_TRUE(control.HandleEvent(&event));
+    EXPECT_TRUE(control.editing);
+    EXPECT_EQ(master.captured, &other);
+    master.captured = nullptr;
+}
+
+TEST_F(UiValueControlTest, APressOnTheNumberIsTakenEvenWhileAnotherWidgetHasTheCapture) {
+    UI_ValueControl other("Other", 0, 0, 100, true);
+    master.captured = &other;
+    UI_Event event = {UI_EventType::LeftDown, 0, 200, 45, false, false};
+    EXPECT_TRUE(control.HandleEvent(&event));
+    EXPECT_EQ(control.dragStartX, 200);
+    EXPECT_EQ(control.dragStartValue, 1);
+    EXPECT_EQ(master.captured, &other);
+    master.captured = nullptr;
+}
+
+TEST_F(UiValueControlTest, RightUpAndPCountWhileTyping) {
+    control.keyed = true;
+    startTyping();
+    EXPECT_TRUE(send(control, UI_EventType::RightUp, 300, 45));
+    EXPECT_EQ(number, 3);
+    EXPECT_TRUE(control.editing);
+    EXPECT_THAT(handler.calls, ElementsAre("key n7/Size"));
+    control.keyed = false;
+    EXPECT_TRUE(press(control, 'P'));
+    EXPECT_THAT(handler.calls, ElementsAre("key n7/Size", "key n7/Size"));
+    EXPECT_TRUE(control.editing);
+}
+
 TEST_F(UiValueControlTest, NotKeyableIgnoresTheGesturesOfKeys) {
     control.keyable = false;
     EXPECT_FALSE(press(control, 'S'));

@@ -136,6 +136,20 @@ TEST(WindowMessages, TellKeysWithTheMousePlace) {
     EXPECT_THAT(Translate({Key(SDL_KEYDOWN, SDLK_CALCULATOR)}), IsEmpty());
 }
 
+TEST(WindowMessages, TellTheRepeatsOfAHeldKeyFromItsPress) {
+    MessageTranslator translator;
+    SDL_Event held = Key(SDL_KEYDOWN, SDLK_s);
+    translator.translate(held, {});
+    held.key.repeat = 1;
+    translator.translate(held, {});
+    translator.translate(Key(SDL_KEYUP, SDLK_s), {});
+    WindowMessage press, repeat, release;
+    ASSERT_TRUE(translator.take(press) && translator.take(repeat) && translator.take(release));
+    EXPECT_FALSE(press.repeat);
+    EXPECT_TRUE(repeat.repeat);
+    EXPECT_FALSE(release.repeat);
+}
+
 TEST(WindowMessages, LeaveKeysWithAltToTheDesktopButTellTheirRelease) {
     EXPECT_THAT(Translate({Key(SDL_KEYDOWN, SDLK_s, KMOD_LALT)}), IsEmpty());
     EXPECT_THAT(Translate({Key(SDL_KEYUP, SDLK_s, KMOD_LALT)}),
