@@ -45,7 +45,8 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     void ChooseTrackOf(std::string_view nodeId, std::string_view valueName);
 
     // --- keys of the chosen track
-    const std::set<std::size_t>& PickedIndices() const { return picked_; }
+    // As the keys are now: what is picked goes along when keys before it come or go.
+    const std::set<std::size_t>& PickedIndices();
     void PickKeys(std::set<std::size_t> indices);
     void DeletePicked();
     void SetModeOfPicked(std::int32_t mode);
@@ -79,6 +80,9 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     std::vector<UI_Object*> controls() const;
     void placeControls();
     int freshTrack() const;
+    void followPicks();
+    void notePicks();
+    bool handle(UI_Event* event);
     std::string optionText(const KeyframeTrack& track) const;
 
     // --- ui_key_timeline_draw.cpp
@@ -120,6 +124,7 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     std::vector<std::string> names_;  // of the tracks, at the last rebuild of the list
     std::string chosenName_;
     std::set<std::size_t> picked_;
+    std::vector<float> pickedAmong_;  // times of the keys when they were picked
     bool snaps_ = true;
     int listScroll_ = 0;  // rows
     Drag drag_ = Drag::None;

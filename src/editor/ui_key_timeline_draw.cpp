@@ -94,6 +94,7 @@ std::string_view StemOf(const std::string& name) {
 
 void UI_KeyTimeline::Draw() {
     if (hidden) return;
+    followPicks();
     placeControls();
     const Vec4* colors = master->colorSlots;
     master->SetColor(colors[kColorPanel]);
