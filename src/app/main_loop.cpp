@@ -42,11 +42,15 @@ bool EscapeEnds(Session& session, bool& pressed) {
     return session.ui->MayQuit();
 }
 
-// The demo's end ends the player. Who makes it stays, and the clock stops there.
+// The demo's end ends the player, unless work would be lost with it. Who makes it stays, and the
+// clock stops there.
 bool EndReached(Session& session) {
     UI_Engine& ui = *session.ui;
     if (!(static_cast<double>(session.engine->time) > kEndSeconds)) return false;
-    if (ui.presentationMode) return true;
+    if (ui.presentationMode) {
+        if (ui.MayQuit()) return true;
+        session.showScreen(ScreenKind::Authoring);
+    }
     if (ui.playing) {
         ui.TogglePlay();
         ui.SetStatus("The demo ends at 230 seconds");

@@ -67,9 +67,10 @@ bool LoadFile(Session& session, const std::string& file, ClearScene clear,
     return false;
 }
 
+// `loaded`: of the project, not of what is imported into it.
 int LoadProject(Session& session, const CommandLine& commandLine,
-                const std::optional<std::string>& project) {
-    bool loaded = false;
+                const std::optional<std::string>& project, bool& loaded) {
+    loaded = false;
     if (project) {
         loaded = LoadFile(session, *project, ClearScene::Yes, "");
     } else {
@@ -147,12 +148,13 @@ int RunProgram(const CommandLine& given) {
         Fail("OpenGL", reason.c_str());
         return exitCode;
     }
-    exitCode = LoadProject(*session, commandLine, project);
+    bool loaded = false;
+    exitCode = LoadProject(*session, commandLine, project, loaded);
     if (exitCode != kExitDone) return exitCode;
     if (commandLine.headless()) {
         exitCode = RunHeadless(*session, commandLine);
     } else {
-        if (project) session->ui->ProjectLoaded(*project);
+        if (loaded) session->ui->ProjectLoaded(*project);
         if (commandLine.edit) session->showScreen(ScreenKind::Authoring);
         RunMainLoop(*session);
     }

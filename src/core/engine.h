@@ -20,6 +20,7 @@
 #include "core/value_keyframe_handler.h"
 #include "core/value_object.h"
 
+class DelayedFlush;
 class Engine;
 class FrameProfiler;
 class GL_FrameBuffer;
@@ -113,7 +114,8 @@ class Engine : public Value_Keyframe_Handler {
     std::unique_ptr<KeyframeTrack> makeTrack();
 
     // --- projects
-    bool save(const std::string& path);
+    // `later` (may be null) flushes the file to the disk.
+    bool save(const std::string& path, DelayedFlush* later = nullptr);
     // What save would write, with the values of time 0.
     std::vector<std::uint8_t> sceneBytes();
     bool load(const std::string& path, bool clearSceneFirst, const std::string& idPrefix);

@@ -134,7 +134,7 @@ static std::vector<std::uint8_t> WriteProject(const Engine& engine, bool& whole)
     return {out.bytes().begin(), out.bytes().end()};
 }
 
-bool Engine::save(const std::string& path) {
+bool Engine::save(const std::string& path, DelayedFlush* later) {
     // Values are saved as they are at time zero, not as they stand on screen.
     const float timeBefore = time;
     time = 0.0f;
@@ -148,7 +148,7 @@ bool Engine::save(const std::string& path) {
             "precious demo. Sorry. Cancel doesn't help you either. :(",
             "VORN", MessageButtons::OkCancel);
     }
-    if (!WriteFileAtomically(path, bytes)) return false;
+    if (!WriteFileAtomically(path, bytes, later)) return false;
 
     time = timeBefore;
     updateAnimation();

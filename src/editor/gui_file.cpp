@@ -174,14 +174,15 @@ void GuiFile::applyTo(const GuiState& state, GuiLoad mode, const std::string& pr
     for (const Box& box : boxes) state.nodeFolded[box.id] = !box.open;
 }
 
-bool SaveGui(const std::string& path, const GuiState& state, std::vector<GuiFile::Box> boxes) {
+bool SaveGui(const std::string& path, const GuiState& state, std::vector<GuiFile::Box> boxes,
+             DelayedFlush* later) {
     GuiFile file;
     for (const auto& [id, place] : state.nodePositions) {
         file.positions.push_back({id, place});
         file.names.push_back({id, DisplayNameIn(state.displayNames, id)});
     }
     file.boxes = std::move(boxes);
-    return WriteFileAtomically(path, file.toBytes());
+    return WriteFileAtomically(path, file.toBytes(), later);
 }
 
 bool LoadGui(const std::string& path, GuiLoad mode, const std::string& prefix,

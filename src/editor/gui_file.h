@@ -13,6 +13,8 @@
 #include "core/ordered_map.h"
 #include "gpu/math_types.h"
 
+class DelayedFlush;
+
 // The part of the editor's state that the side-file keeps; all of it belongs to others.
 struct GuiState {
     OrderedMap<std::string, Vec2>& nodePositions;      // by node id, pixels of the canvas
@@ -57,8 +59,10 @@ struct GuiFile {
 };
 
 // Writes the state and the boxes of the canvas. False when the file could not be written; nothing
-// is reported, and what was there before is whole.
-bool SaveGui(const std::string& path, const GuiState& state, std::vector<GuiFile::Box> boxes);
+// is reported, and what was there before is whole. `later` (may be null) flushes the file to the
+// disk.
+bool SaveGui(const std::string& path, const GuiState& state, std::vector<GuiFile::Box> boxes,
+             DelayedFlush* later = nullptr);
 
 // A missing file leaves the state as it is, in silence; a damaged one is reported and read as far
 // as it goes. False when nothing was read.

@@ -37,7 +37,7 @@ struct AuthoringScreen {
     UI_OverlayPainter overlays;
     UI_KeySheet keySheet;
     UI_LogView* log = nullptr;  // on the right panel
-    UI_EditRelay outputChosen;
+    UI_EditRelay outputChosen, folderEdited;
     UI_EditRelay addNodePressed, arrangePressed, framePressed, helpPressed;
     std::string canvasStatus;  // what the canvas said last
     Mat4 pictureView;          // zoom and pan of the picture, kept while presenting

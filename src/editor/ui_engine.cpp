@@ -30,7 +30,7 @@ bool UI_Engine::Init(Engine* newEngine) {
     editorTime = 0.0f;
     engine = newEngine;
     if (!master.Init()) {
-        DebugOutput("ERROR: Unable to init the UI master.\n");
+        DebugFault("ERROR: Unable to init the UI master.\n");
         return false;
     }
     imagePanel = std::make_unique<UI_ImagePanel>("", 0, 0, kFrameWidth, kFrameHeight, true);
@@ -69,6 +69,7 @@ void UI_Engine::showLoadingPicture() {
 
 void UI_Engine::BeginFrameUpdate() {
     closedPanels_.clear();
+    seekUnseen_ = false;
     if (playing) {
         frameTimer.Update();
         editorTime += frameTimer.deltaSeconds;

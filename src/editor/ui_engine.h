@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -22,6 +23,7 @@
 #include "editor/ui_master.h"
 #include "editor/ui_object.h"
 #include "gpu/gl_framebuffer.h"
+#include "platform/files.h"
 
 class Engine;
 class Node;
@@ -64,12 +66,13 @@ class UI_Engine : public UI_Evt_ValueChanged {
 
     // May come at any time; a gesture that is under way ends without effect.
     void ShowScreen(ScreenKind kind);
-    // A project was loaded from this file: takes up the side-file beside it.
+    // A project was loaded from this file: takes up the side-file beside it. Until another one is
+    // loaded or saved, a save that would replace any other file asks first.
     void ProjectLoaded(const std::string& path);
     // Asks the user where work would be lost. False: the program is to go on.
     bool MayQuit();
-    // Closes what covers the screen, the sheet of keys or the list of messages, or else gives up
-    // what is selected; false when there is nothing of the kind.
+    // Brings a hidden editor back, or closes what covers the screen, the sheet of keys or the list
+    // of messages, or else gives up what is selected; false when there is nothing of the kind.
     bool GiveUp();
 
     // --- commands
@@ -106,6 +109,10 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void RefreshTimeline();
     // A line that stays for some seconds.
     void SetStatus(std::string_view text);
+    // The last such line; empty in a program that never showed the authoring screen.
+    std::string StatusText() const;
+    // What the gestures do that are possible where the pointer is, or that are under way.
+    std::string HintOfMoment() const;
 
     // Reacts to settingsApplyButton only.
     void OnValueEdited(UI_Object* sender) override;
@@ -199,19 +206,37 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void setEditorHidden(bool hide);
     void updateLabels();
     bool handleShortcut(const UI_Event& event);
-    std::string hintOfMoment() const;
 
-    // --- commands: ui_engine_commands.cpp
+    // A line in red, there and in the list of messages.
+    void tellFault(const std::string& text);
+
+    // --- commands: ui_engine_commands.cpp, ui_engine_files.cpp
     bool doFileCommand(const UI_Object* sender);
     bool doTransportCommand(const UI_Object* sender);
     bool doLayoutCommand(const UI_Object* sender, int argument);
     GuiState guiState();
     std::vector<GuiFile::Box> boxFlags() const;
-    bool savePair(const std::string& basePath);
-    void ensureProjectFolder();
-    // Loads a pair of files over the scene. False when the user refused or there is no project.
-    bool replaceScene(const std::string& projectFile, const std::string& guiFile);
+    // What could be written of a project and its side-file.
+    struct SavedPair {
+        bool project = false, gui = false;
+    };
+    SavedPair savePair(const std::string& basePath, DelayedFlush* later);
+    void tellSaved(const std::string& path, SavedPair saved, const std::string& backup,
+                   SavedPair kept);
+    std::string projectFolder() const;
+    bool takeProjectFolder();
+    bool mayReplace(const std::string& project);
+    void noteOwnFile(const std::string& project);
+    // Loads a pair of files over the scene.
+    enum class SceneLoad {
+        Loaded,
+        NoProject,  // the file is none, and the scene is empty
+        Refused,    // by the user
+        Missing,    // there is no file that can be read
+    };
+    SceneLoad replaceScene(const std::string& projectFile, const std::string& guiFile);
     void finishLoad();
+    void renewSettingsDefaults();
     bool load(const std::string& projectFile, bool clearScene, const std::string& prefix);
     void noteSaved();
     bool hasUnsavedWork();
@@ -226,8 +251,12 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void bury(UI_Panel* panel);
 
     bool editorHidden_ = false;
-    bool loading_ = false;  // a load runs: panels and outputs may point at nodes that have gone
+    bool seekUnseen_ = false;  // the clock was moved since the last frame
+    bool loading_ = false;     // a load runs: panels and outputs may point at nodes that have gone
     std::size_t savedFingerprint_ = 0;
+    std::filesystem::path ownFile_;  // that was loaded or saved last; a save replaces it unasked
+    bool folderTyped_ = false;       // the project's folder, not one that a file brought along
+    DelayedFlush backupFlush_;
     std::unique_ptr<NodeCanvasHost> canvasHost_;
     std::unique_ptr<AuthoringScreen> screen_;
     // Panels that were closed; they die between events, since an event may be on its way through

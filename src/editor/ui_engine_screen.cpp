@@ -16,6 +16,7 @@
 #include "editor/ui_selection.h"
 #include "editor/ui_text_box.h"
 #include "editor/ui_viewer_node.h"
+#include "platform/debug_output.h"
 #include "platform/program_folder.h"
 #include "platform/window.h"
 
@@ -75,7 +76,7 @@ void UI_Engine::makeAuthoringScreen() {
         return screen_->log->HandleListEvent(event);
     };
     screen_->overlays.paint = [this] { screen_->log->DrawList(); };
-    screen_->status.hint = [this] { return hintOfMoment(); };
+    screen_->status.hint = [this] { return HintOfMoment(); };
 }
 
 void UI_Engine::makeTopPanel() {
@@ -147,7 +148,9 @@ void UI_Engine::makeLeftPanel() {
         return y - kRow;
     };
     addTextBox(projectNameValue, engine->projectName, next());
-    addTextBox(projectFolderValue, engine->projectFolder, next());
+    addTextBox(projectFolderValue, engine->projectFolder, next())->listener =
+        &screen_->folderEdited;
+    screen_->folderEdited.edited = [this] { folderTyped_ = true; };
     pathBox1 = addTextBox(musicFileValue, engine->musicFile, next());
     pathBox2 = addTextBox(dataFolderValue, engine->dataFolder, next());
     addTextBox(lengthValue, engine->lengthText, next());
@@ -274,6 +277,10 @@ void UI_Engine::endGestures() {
 
 bool UI_Engine::GiveUp() {
     if (presentationMode) return false;
+    if (editorHidden_) {
+        ShowEditor();
+        return true;
+    }
     if (screen_->log->open || screen_->keySheet.isOpen()) {
         screen_->log->open = false;
         screen_->keySheet.Close();
@@ -308,8 +315,8 @@ void UI_Engine::applyLayoutMode() {
         default:
             return;
     }
-    nodeCanvas->hidden = layoutMode != kLayoutNodeCanvas;
-    keyTimeline->hidden = layoutMode != kLayoutKeyTimeline;
+    nodeCanvas->hidden = editorHidden_ || layoutMode != kLayoutNodeCanvas;
+    keyTimeline->hidden = editorHidden_ || layoutMode != kLayoutKeyTimeline;
     placePicture();
 }
 
@@ -340,8 +347,6 @@ void UI_Engine::setEditorHidden(bool hide) {
     screen_->log->open = screen_->log->open && !hide;
     screen_->status.hidden = hide;
     applyLayoutMode();
-    if (!hide) return;
-    nodeCanvas->hidden = keyTimeline->hidden = true;
 }
 
 // --- keys and hints
@@ -392,16 +397,22 @@ bool UI_Engine::handleShortcut(const UI_Event& event) {
     }
 }
 
-std::string UI_Engine::hintOfMoment() const {
-    if (master.captured != nullptr && master.captured != nodeCanvas.get()) {
-        return HintFor(*master.captured);
-    }
-    const bool onCanvas = !nodeCanvas->hidden && nodeCanvas->Contains(master.mouseX, master.mouseY);
-    if (onCanvas || master.captured == nodeCanvas.get()) return screen_->canvasStatus;
-    const UI_Object* widget = WidgetAt(master.topLevel, master.mouseX, master.mouseY);
-    return widget == nullptr ? std::string() : HintFor(*widget);
+std::string UI_Engine::HintOfMoment() const {
+    const UI_Object* widget = master.captured;
+    if (widget == nullptr) widget = WidgetAt(master.topLevel, master.mouseX, master.mouseY);
+    if (widget == nullptr) return {};
+    return IsOfNodeCanvas(*widget) ? screen_->canvasStatus : HintFor(*widget);
 }
 
 void UI_Engine::SetStatus(std::string_view text) {
-    if (screen_ != nullptr) screen_->status.Tell(text);
+    if (screen_ != nullptr) screen_->status.Tell(text, UI_StatusLine::Tone::News);
+}
+
+std::string UI_Engine::StatusText() const {
+    return screen_ == nullptr ? std::string() : screen_->status.message;
+}
+
+void UI_Engine::tellFault(const std::string& text) {
+    DebugFault(text + "\n");
+    if (screen_ != nullptr) screen_->status.Tell(text, UI_StatusLine::Tone::Fault);
 }

@@ -5,13 +5,20 @@
 #include "editor/ui_checkbox.h"
 #include "editor/ui_color_selector.h"
 #include "editor/ui_direction.h"
+#include "editor/ui_image_panel.h"
 #include "editor/ui_key_timeline.h"
 #include "editor/ui_log_view.h"
+#include "editor/ui_name_field.h"
+#include "editor/ui_node.h"
+#include "editor/ui_node_canvas.h"
+#include "editor/ui_node_palette.h"
 #include "editor/ui_picture_view.h"
 #include "editor/ui_position.h"
 #include "editor/ui_properties_column.h"
 #include "editor/ui_screen_gate.h"
 #include "editor/ui_selection.h"
+#include "editor/ui_slider.h"
+#include "editor/ui_status_line.h"
 #include "editor/ui_text_box.h"
 #include "editor/ui_value_control.h"
 
@@ -24,6 +31,8 @@ bool IsSeen(const UI_Object& widget) {
     if (const auto* panel = dynamic_cast<const UI_Panel*>(&widget)) return !panel->hidden;
     if (const auto* timeline = dynamic_cast<const UI_KeyTimeline*>(&widget))
         return !timeline->hidden;
+    if (const auto* canvas = dynamic_cast<const UI_NodeCanvas*>(&widget)) return !canvas->hidden;
+    if (const auto* status = dynamic_cast<const UI_StatusLine*>(&widget)) return !status->hidden;
     if (const auto* button = dynamic_cast<const UI_Button*>(&widget)) return !button->hidden;
     return true;
 }
@@ -48,6 +57,13 @@ const UI_Object* WidgetAt(const std::vector<UI_Object*>& topLevel, int x, int y)
     return found;
 }
 
+bool IsOfNodeCanvas(const UI_Object& widget) {
+    return dynamic_cast<const UI_NodeCanvas*>(&widget) != nullptr ||
+           dynamic_cast<const UI_Node*>(&widget) != nullptr ||
+           dynamic_cast<const UI_NameField*>(&widget) != nullptr ||
+           dynamic_cast<const UI_NodePalette*>(&widget) != nullptr;
+}
+
 std::string HintFor(const UI_Object& widget) {
     if (const auto* button = dynamic_cast<const UI_Button*>(&widget)) return button->tooltip;
     const auto is = [&widget]<typename W>(const W*) {
@@ -70,8 +86,8 @@ std::string HintFor(const UI_Object& widget) {
     if (is(static_cast<UI_Direction*>(nullptr))) {
         return std::string("Drag on the dial   Ctrl: eight directions") + kKeys;
     }
-    if (is(static_cast<UI_ColorSelector*>(nullptr))) {
-        return std::string("Drag the four sliders (Ctrl: finer)") + kKeys;
+    if (is(static_cast<UI_ColorSelector*>(nullptr)) || is(static_cast<UI_Slider*>(nullptr))) {
+        return std::string("Drag the four sliders (Ctrl: finer)   Right click: default") + kKeys;
     }
     if (is(static_cast<UI_Checkbox*>(nullptr))) return "Click the square   Right click: default";
     if (is(static_cast<UI_Selection*>(nullptr))) {
@@ -79,7 +95,7 @@ std::string HintFor(const UI_Object& widget) {
     }
     if (is(static_cast<UI_BackdropChoice*>(nullptr))) return "Click: colour behind the picture";
     if (is(static_cast<UI_LogView*>(nullptr))) return "Click: all messages";
-    if (is(static_cast<UI_PictureView*>(nullptr))) {
+    if (is(static_cast<UI_PictureView*>(nullptr)) || is(static_cast<UI_ImagePanel*>(nullptr))) {
         return "Wheel: zoom   Middle drag: pan   Right click: whole picture   Drag a pin: move its "
                "value, with a key";
     }

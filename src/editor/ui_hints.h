@@ -10,5 +10,8 @@ class UI_Object;
 // widgets lie on top.
 const UI_Object* WidgetAt(const std::vector<UI_Object*>& topLevel, int x, int y);
 
+// The canvas, or what has the mouse or the keyboard on it: it tells itself what its gestures do.
+bool IsOfNodeCanvas(const UI_Object& widget);
+
 // Empty for a widget without gestures.
 std::string HintFor(const UI_Object& widget);

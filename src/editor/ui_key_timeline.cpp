@@ -154,6 +154,7 @@ void UI_KeyTimeline::ChooseTrack(int index) {
     endDrag();
     trackChoice.value = index;
     picked_.clear();
+    notePicks();
     const KeyframeTrack* track = ChosenTrack();
     chosenName_ = track == nullptr ? std::string() : track->name;
     const int rows = (height - kHeaderHeight) / kListRow;
@@ -174,17 +175,56 @@ void UI_KeyTimeline::ChooseTrackOf(std::string_view nodeId, std::string_view val
 
 void UI_KeyTimeline::PickKeys(std::set<std::size_t> indices) {
     picked_ = std::move(indices);
+    notePicks();
+}
+
+const std::set<std::size_t>& UI_KeyTimeline::PickedIndices() {
+    followPicks();
+    return picked_;
+}
+
+void UI_KeyTimeline::notePicks() {
+    pickedAmong_.clear();
+    const KeyframeTrack* track = ChosenTrack();
+    if (track == nullptr) return;
+    for (const Keyframe& key : track->keys()) pickedAmong_.push_back(key.time);
+}
+
+// Keys come and go elsewhere too, while a value is edited or with another file. A picked key is the
+// one of its time: of several the one that has as many before it; a key that has gone is dropped.
+void UI_KeyTimeline::followPicks() {
+    const KeyframeTrack* track = ChosenTrack();
+    const auto sameTime = [](const Keyframe& key, float time) { return key.time == time; };
+    if (track != nullptr && std::equal(track->keys().begin(), track->keys().end(),
+                                       pickedAmong_.begin(), pickedAmong_.end(), sameTime)) {
+        return;
+    }
+    std::set<std::size_t> followed;
+    for (const std::size_t index : picked_) {
+        if (track == nullptr || index >= pickedAmong_.size()) continue;
+        const float time = pickedAmong_[index];
+        const auto at = pickedAmong_.begin() + static_cast<std::ptrdiff_t>(index);
+        auto before = std::count(pickedAmong_.begin(), at, time);
+        for (std::size_t i = 0; i < track->keys().size(); ++i) {
+            if (track->keys()[i].time == time && before-- == 0) followed.insert(i);
+        }
+    }
+    picked_ = std::move(followed);
+    notePicks();
 }
 
 void UI_KeyTimeline::DeletePicked() {
+    followPicks();
     KeyframeTrack* track = ChosenTrack();
     if (track == nullptr || picked_.empty()) return;
     endDrag();
     for (auto index = picked_.rbegin(); index != picked_.rend(); ++index) track->eraseKey(*index);
     picked_.clear();
+    notePicks();
 }
 
 void UI_KeyTimeline::SetModeOfPicked(std::int32_t mode) {
+    followPicks();
     KeyframeTrack* track = ChosenTrack();
     if (track == nullptr) return;
     for (const std::size_t index : picked_) track->setKeyMode(index, mode);

@@ -45,7 +45,8 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     void ChooseTrackOf(std::string_view nodeId, std::string_view valueName);
 
     // --- keys of the chosen track
-    const std::set<std::size_t>& PickedIndices() const { return picked_; }
+    // As the keys are now: what is picked goes along when keys before it come or go.
+    const std::set<std::size_t>& PickedIndices();
     void PickKeys(std::set<std::size_t> indices);
     void DeletePicked();
     void SetModeOfPicked(std::int32_t mode);
@@ -89,6 +90,9 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     static KeyRange rangeOf(const KeyframeTrack& track);  // of a track with keys
     void followKeys();
     int freshTrack() const;
+    void followPicks();
+    void notePicks();
+    bool handle(UI_Event* event);
     std::string optionText(const KeyframeTrack& track) const;
 
     // --- ui_key_timeline_draw.cpp
@@ -130,6 +134,7 @@ class UI_KeyTimeline : public UI_Object, public UI_Evt_ValueChanged {
     std::vector<std::string> names_;  // of the tracks, at the last rebuild of the list
     std::string chosenName_;
     std::set<std::size_t> picked_;
+    std::vector<float> pickedAmong_;  // times of the keys when they were picked
     bool snaps_ = true;
     bool followsKeys_ = true;  // nobody has moved the view since it was framed
     KeyRange framed_;

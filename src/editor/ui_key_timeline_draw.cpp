@@ -95,6 +95,7 @@ std::string_view StemOf(const std::string& name) {
 
 void UI_KeyTimeline::Draw() {
     if (hidden) return;
+    followPicks();
     placeControls();
     followKeys();
     const Vec4* colors = master->colorSlots;

@@ -61,9 +61,15 @@ float UI_KeyTimeline::snapped(float timeSeconds, const UI_Event& event) const {
 }
 
 bool UI_KeyTimeline::HandleEvent(UI_Event* event) {
-    if (hidden) return false;
+    if (hidden || (drag_ == Drag::None && !Contains(event->x, event->y))) return false;
+    followPicks();
+    const bool handled = handle(event);
+    notePicks();
+    return handled;
+}
+
+bool UI_KeyTimeline::handle(UI_Event* event) {
     if (drag_ != Drag::None) return handleDrag(*event);
-    if (!Contains(event->x, event->y)) return false;
     if (handleControls(event)) return true;
     if (handleKeyPress(*event) || handleWheel(*event) || handleList(*event)) return true;
     switch (event->type) {

@@ -1,10 +1,8 @@
 #include "editor/ui_log_view.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "editor/ui_clip.h"
-#include "platform/debug_output.h"
 
 namespace {
 
@@ -16,33 +14,24 @@ constexpr Vec4 kQuiet = {0.68f, 0.68f, 0.68f, 1};
 
 }  // namespace
 
-bool IsFaultLine(std::string_view line) {
-    std::string lower(line);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    for (const char* word : {"error", "fail", "unable", "cannot", "could not", "does not", "is no ",
-                             "missing", "no such", "too long", "not be"}) {
-        if (lower.find(word) != std::string::npos) return true;
-    }
-    return false;
-}
-
 bool IsRoutineLine(std::string_view line) {
     return line.starts_with("Texture Memory Consumed") ||
            line.starts_with("Load Script from File") || line.ends_with("Successfully linked.");
 }
 
-std::vector<std::string> LinesOf(const std::vector<std::string>& messages) {
-    std::vector<std::string> lines;
+std::vector<LogLine> LinesOf(const std::vector<DebugMessage>& messages) {
+    std::vector<LogLine> lines;
     bool startsLine = true;
-    for (const std::string& message : messages) {
-        for (const char c : message) {
+    for (const DebugMessage& message : messages) {
+        for (const char c : message.text) {
             if (startsLine) lines.emplace_back();
             startsLine = c == '\n';
-            if (c != '\n' && c != '\r') lines.back().push_back(c == '\t' ? ' ' : c);
+            if (c == '\n' || c == '\r') continue;
+            lines.back().text.push_back(c == '\t' ? ' ' : c);
+            lines.back().fault |= message.fault;
         }
     }
-    std::erase_if(lines, [](const std::string& line) { return line.empty(); });
+    std::erase_if(lines, [](const LogLine& line) { return line.text.empty(); });
     return lines;
 }
 
@@ -57,8 +46,8 @@ void UI_LogView::refresh() {
     seenMessages_ = count;
     lines_ = LinesOf(RecentDebugOutput());
     stripLines_.clear();
-    for (const std::string& line : lines_) {
-        if (!IsRoutineLine(line)) stripLines_.push_back(line);
+    for (const LogLine& line : lines_) {
+        if (!IsRoutineLine(line.text)) stripLines_.push_back(line);
     }
 }
 
@@ -71,8 +60,8 @@ void UI_LogView::drawLines(const Lines& lines, int left, int top, int columns, i
                                   : std::size_t{0};
     int baseline = top + 12;
     for (std::size_t i = first; i < last; ++i) {
-        const std::string& line = lines[i];
-        master->DrawText(left, baseline, kTextSize, IsFaultLine(line) ? kFault : kQuiet, line);
+        const LogLine& line = lines[i];
+        master->DrawText(left, baseline, kTextSize, line.fault ? kFault : kQuiet, line.text);
         baseline += kRowHeight;
     }
 }

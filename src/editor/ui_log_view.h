@@ -8,15 +8,19 @@
 #include <vector>
 
 #include "editor/ui_object.h"
-
-// Does the line tell of something that went wrong?
-bool IsFaultLine(std::string_view line);
+#include "platform/debug_output.h"
 
 // Does the line only tell that all is as it should be? The strip leaves such lines out.
 bool IsRoutineLine(std::string_view line);
 
-// The messages' texts as lines; a message need not end one.
-std::vector<std::string> LinesOf(const std::vector<std::string>& messages);
+struct LogLine {
+    std::string text;
+    bool fault = false;  // tells of something that went wrong
+};
+
+// The messages as lines; a message need not end one, and one that tells of a fault makes its lines
+// faults.
+std::vector<LogLine> LinesOf(const std::vector<DebugMessage>& messages);
 
 class UI_LogView : public UI_Object {
   public:
@@ -33,7 +37,7 @@ class UI_LogView : public UI_Object {
 
   private:
     void refresh();
-    using Lines = std::vector<std::string>;
+    using Lines = std::vector<LogLine>;
     void drawLines(const Lines& lines, int left, int top, int columns, int rows, std::size_t last);
     int rowsOfList() const;
 

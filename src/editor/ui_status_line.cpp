@@ -5,6 +5,7 @@
 namespace {
 
 constexpr int kTextSize = 12;  // pixels
+constexpr Vec4 kFault = {1, 0.36f, 0.3f, 1};
 
 }  // namespace
 
@@ -13,8 +14,9 @@ UI_StatusLine::UI_StatusLine(int lineX, int lineY, int lineWidth, int lineHeight
     SetSize(lineWidth, lineHeight);
 }
 
-void UI_StatusLine::Tell(std::string_view text) {
+void UI_StatusLine::Tell(std::string_view text, Tone tone) {
     message = text;
+    messageTone = tone;
     drawsLeft_ = kMessageDraws;
 }
 
@@ -28,7 +30,8 @@ void UI_StatusLine::Draw() {
     const int baseline = y + height / 2 + 5;
     if (drawsLeft_ > 0) {
         --drawsLeft_;
-        master->DrawText(x + 12, baseline, kTextSize, colors[kColorKeyed], message);
+        master->DrawText(x + 12, baseline, kTextSize,
+                         messageTone == Tone::Fault ? kFault : colors[kColorKeyed], message);
     } else if (hint) {
         master->DrawText(x + 12, baseline, kTextSize, colors[kColorText], hint());
     }

@@ -14,13 +14,15 @@ class UI_StatusLine : public UI_Object {
 
     void Draw() override;
     bool HandleEvent(UI_Event* /*event*/) override { return false; }
-    // Stays for kMessageDraws frames.
-    void Tell(std::string_view text);
+    enum class Tone { News, Fault };
+    // Stays for kMessageDraws frames; a fault is red.
+    void Tell(std::string_view text, Tone tone);
 
     static constexpr int kMessageDraws = 240;
 
     bool hidden = false;
     std::string message;
+    Tone messageTone = Tone::News;
     std::function<std::string()> hint;  // of the moment; may be empty
 
   private:

@@ -26,7 +26,7 @@ void GLAPIENTRY OnMessage(GLenum source, GLenum type, GLuint /*id*/, GLenum seve
         text.append(message);
     }
     if (text.back() != '\n') text += '\n';
-    DebugOutput(text);
+    DebugFault(text);
 }
 
 // Errors that glGetError holds; the driver keeps only a few, so the loop is short. The limit is for

@@ -62,7 +62,7 @@ GL_FrameBuffer::GL_FrameBuffer(int imageWidth, int imageHeight, int attachmentCo
     }
     complete = IsBoundTargetComplete();
     if (!complete && hasDepth) complete = tryOtherDepthFormats();
-    if (!complete) DebugOutput("Unable to create frame buffer\n");
+    if (!complete) DebugFault("Unable to create frame buffer\n");
     Unbind();
 }
 

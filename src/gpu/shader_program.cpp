@@ -76,8 +76,8 @@ std::uint32_t ShaderProgram::compileStage(std::string_view name, std::uint32_t s
         return shader;
     }
     const std::string log = InfoLog(shader, glGetShaderiv, glGetShaderInfoLog);
-    DebugOutput(name);
-    DebugOutput(log);
+    DebugFault(name);
+    DebugFault(log);
     errorLog_ += log;
     glDeleteShader(shader);
     linked = false;
@@ -100,14 +100,15 @@ bool ShaderProgram::link(std::string_view name) {
     glLinkProgram(program);
     GLint status = 0;
     glGetProgramiv(program, GL_LINK_STATUS, &status);
-    DebugOutput(name);
     if (status == 1) {
+        DebugOutput(name);
         DebugOutput(" Successfully linked.\n");
         LabelGlObject(GL_PROGRAM, program, name);
         return true;
     }
     const std::string log = InfoLog(program, glGetProgramiv, glGetProgramInfoLog);
-    DebugOutput(log);
+    DebugFault(name);
+    DebugFault(log);
     errorLog_ += log;
     glDeleteProgram(program);
     ownsProgram_ = false;

@@ -5,14 +5,28 @@
 #include <deque>
 #include <mutex>
 
-namespace {
-
 struct DebugState {
+    void write(std::string_view text, bool fault);
+
     std::mutex mutex;
-    std::deque<std::string> ring;
+    std::deque<DebugMessage> ring;
     std::size_t count = 0;
     DebugCapture* innermost = nullptr;
 };
+
+void DebugState::write(std::string_view text, bool fault) {
+    const std::lock_guard lock(mutex);
+    ++count;
+    ring.push_back({std::string(text), fault});
+    if (ring.size() > kDebugRingSize) ring.pop_front();
+    if (innermost != nullptr) {
+        innermost->messages_.emplace_back(text);
+    } else {
+        std::fwrite(text.data(), 1, text.size(), stderr);
+    }
+}
+
+namespace {
 
 // Never destroyed, so that messages of late destructors still find it.
 DebugState& State() {
@@ -25,19 +39,14 @@ std::atomic<std::size_t> badFileCount = 0;
 }  // namespace
 
 void DebugOutput(std::string_view text) {
-    DebugState& state = State();
-    const std::lock_guard lock(state.mutex);
-    ++state.count;
-    state.ring.emplace_back(text);
-    if (state.ring.size() > kDebugRingSize) state.ring.pop_front();
-    if (state.innermost != nullptr) {
-        state.innermost->messages_.emplace_back(text);
-    } else {
-        std::fwrite(text.data(), 1, text.size(), stderr);
-    }
+    State().write(text, false);
 }
 
-std::vector<std::string> RecentDebugOutput() {
+void DebugFault(std::string_view text) {
+    State().write(text, true);
+}
+
+std::vector<DebugMessage> RecentDebugOutput() {
     DebugState& state = State();
     const std::lock_guard lock(state.mutex);
     return {state.ring.begin(), state.ring.end()};
@@ -54,7 +63,7 @@ void ReportBadFile(std::string_view name, std::string_view reason) {
     std::string line;
     line.reserve(name.size() + reason.size() + 3);
     line.append(name).append(": ").append(reason).append("\n");
-    DebugOutput(line);
+    DebugFault(line);
 }
 
 std::size_t BadFileCount() {

@@ -9,10 +9,17 @@
 
 // Writes `text` as it stands: nothing is added, not even a line feed.
 void DebugOutput(std::string_view text);
+// The same for what tells that something went wrong: the log shows it in red.
+void DebugFault(std::string_view text);
+
+struct DebugMessage {
+    std::string text;
+    bool fault = false;
+};
 
 // The last messages, oldest first, at most kDebugRingSize of them.
 constexpr std::size_t kDebugRingSize = 2000;
-std::vector<std::string> RecentDebugOutput();
+std::vector<DebugMessage> RecentDebugOutput();
 
 // Number of messages ever written; a log view compares it to see whether anything is new.
 std::size_t DebugOutputCount();
@@ -35,7 +42,7 @@ class DebugCapture {
     std::string text() const;
 
   private:
-    friend void DebugOutput(std::string_view text);
+    friend struct DebugState;
 
     std::vector<std::string> messages_;
     DebugCapture* outer_;

@@ -6,11 +6,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <random>
 #include <system_error>
 #include <utility>
+
+#include "platform/debug_output.h"
+#include "platform/task_pool.h"
 
 namespace fs = std::filesystem;
 
@@ -26,6 +30,7 @@ class Descriptor {
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int get() const { return descriptor_; }
+    int release() { return std::exchange(descriptor_, -1); }
     // False when the system tells only now that what was written is lost.
     bool close() {
         const int descriptor = std::exchange(descriptor_, -1);
@@ -103,7 +108,7 @@ int OpenTemporary(const fs::path& target, std::string& temporary) {
     return -1;
 }
 
-// The whole content on the disk, with the permission bits of the file that it is to replace; false
+// Writes the whole content, with the permission bits of the file that it is to replace; false
 // also for a file that the user has made read-only.
 bool FillTemporary(Descriptor& file, const fs::path& target, std::span<const std::uint8_t> bytes) {
     struct stat old = {};
@@ -112,7 +117,7 @@ bool FillTemporary(Descriptor& file, const fs::path& target, std::span<const std
         if (!S_ISREG(old.st_mode) || ::access(target.c_str(), W_OK) != 0) return false;
         if (::fchmod(file.get(), old.st_mode & kPermissionBits) != 0) return false;
     }
-    return WriteAll(file.get(), bytes) && ::fsync(file.get()) == 0 && file.close();
+    return WriteAll(file.get(), bytes);
 }
 
 bool FlushFolder(const fs::path& folder) {
@@ -168,17 +173,47 @@ std::optional<std::vector<std::uint8_t>> ReadWholeFile(std::string_view windowsN
     return bytes;
 }
 
-bool WriteFileAtomically(std::string_view windowsName, std::span<const std::uint8_t> bytes) {
+bool WriteFileAtomically(std::string_view windowsName, std::span<const std::uint8_t> bytes,
+                         DelayedFlush* later) {
     const fs::path target = FollowLinks(ResolvePath(windowsName));
     if (target.filename().empty()) return false;
     std::string temporary;
     Descriptor file(OpenTemporary(target, temporary));
     if (!file) return false;
-    if (!FillTemporary(file, target, bytes) || ::rename(temporary.c_str(), target.c_str()) != 0) {
+    const bool filled = FillTemporary(file, target, bytes) &&
+                        (later != nullptr || (::fsync(file.get()) == 0 && file.close()));
+    if (!filled || ::rename(temporary.c_str(), target.c_str()) != 0) {
         ::unlink(temporary.c_str());
         return false;
     }
-    return FlushFolder(target.parent_path());
+    if (later == nullptr) return FlushFolder(target.parent_path());
+    later->add(file.release(), target);
+    return true;
+}
+
+DelayedFlush::DelayedFlush() = default;
+
+DelayedFlush::~DelayedFlush() {
+    wait();
+}
+
+void DelayedFlush::add(int descriptor, const fs::path& file) {
+    std::erase_if(running_, [](const std::future<void>& flush) {
+        return flush.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    });
+    if (pool_ == nullptr) pool_ = std::make_unique<TaskPool>(1);
+    running_.push_back(pool_->run([descriptor, file] {
+        Descriptor open(descriptor);
+        const bool flushed = ::fsync(open.get()) == 0;
+        if (!open.close() || !flushed || !FlushFolder(file.parent_path())) {
+            ReportBadFile(file.string(), "may not be whole on the disk");
+        }
+    }));
+}
+
+void DelayedFlush::wait() {
+    for (const std::future<void>& flush : running_) flush.wait();
+    running_.clear();
 }
 
 std::optional<std::vector<std::string>> ListFiles(std::string_view windowsFolder) {

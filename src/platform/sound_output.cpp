@@ -20,7 +20,7 @@ std::unique_ptr<SoundOutput> SoundOutput::open() {
     std::unique_ptr<SoundOutput> output(new SoundOutput);
     output->device_ = alcOpenDevice(nullptr);
     if (output->device_ == nullptr) {
-        DebugOutput("No sound device: nothing will be heard\n");
+        DebugFault("No sound device: nothing will be heard\n");
         output->device_ = alcOpenDevice("No Output");
     }
     if (output->device_ == nullptr || !output->start()) return nullptr;

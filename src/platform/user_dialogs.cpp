@@ -25,7 +25,7 @@ Handlers& Installed() {
 }
 
 void TellUnasked(std::string_view what) {
-    DebugOutput(std::string(what).append(": there is no display to ask on\n"));
+    DebugFault(std::string(what).append(": there is no display to ask on\n"));
 }
 
 MessageAnswer AskOnScreen(const std::string& text, const std::string& caption,
@@ -94,7 +94,7 @@ std::optional<std::string> AskForFile(std::string_view title, std::string_view p
         if (result.end == DialogEnd::Chosen) return std::move(result.answer);
         if (result.end == DialogEnd::Cancelled) return {};
     }
-    DebugOutput("No file dialog: neither zenity nor kdialog can be run\n");
+    DebugFault("No file dialog: neither zenity nor kdialog can be run\n");
     return {};
 }
 

@@ -9,6 +9,7 @@
 
 #include "app/scripted_window.h"
 #include "app/session.h"
+#include "editor/ui_panel.h"
 #include "editor/ui_text_box.h"
 #include "platform/debug_output.h"
 #include "platform/user_dialogs.h"
@@ -207,6 +208,48 @@ TEST_F(MainLoop, AsksBeforeUnsavedWorkIsLost) {
     SetMessageBoxHandler(before);
     EXPECT_EQ(questions, 2);
     EXPECT_EQ(window_->swaps, 2);
+}
+
+// The clock runs on in the player while the work of the authoring screen is not saved.
+TEST_F(MainLoop, TheDemosEndLosesNoUnsavedWorkOfTheAuthoringScreen) {
+    session_->showScreen(ScreenKind::Authoring);
+    session_->engine->createNode("Viewer1", "Viewer");
+    session_->showScreen(ScreenKind::Presentation);
+    session_->ui->editorTime = 231.0f;
+    int questions = 0;
+    MessageAnswer answer = MessageAnswer::Cancel;
+    const MessageBoxHandler before =
+        SetMessageBoxHandler([&](std::string_view, std::string_view, MessageButtons) {
+            ++questions;
+            return answer;
+        });
+    window_->afterSwap = [&] {
+        if (window_->swaps != 5) return;
+        EXPECT_EQ(questions, 1) << "not in every frame";
+        EXPECT_FALSE(session_->ui->presentationMode) << "back to where it can be saved";
+        EXPECT_FALSE(session_->ui->playing);
+        answer = MessageAnswer::Ok;
+        session_->showScreen(ScreenKind::Presentation);
+    };
+    RunMainLoop(*session_);
+    SetMessageBoxHandler(before);
+    EXPECT_EQ(window_->swaps, 5);
+    EXPECT_EQ(questions, 2);
+}
+
+TEST_F(MainLoop, EscBringsAHiddenEditorBackBeforeItEndsTheProgram) {
+    session_->showScreen(ScreenKind::Authoring);
+    session_->ui->HideEditor();
+    window_->afterSwap = [&] {
+        EXPECT_TRUE(session_->ui->restorePanel->hidden);
+        window_->messages = {{.message = 256, .value = kKeyEscape},
+                             {.message = 257, .value = kKeyEscape}};
+        ASSERT_LT(window_->swaps, 3) << "Esc did not end the program";
+    };
+    window_->messages = {{.message = 256, .value = kKeyEscape},
+                         {.message = 257, .value = kKeyEscape}};
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 1);
 }
 
 TEST_F(MainLoop, HidesTheCursor) {

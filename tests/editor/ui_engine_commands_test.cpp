@@ -165,22 +165,6 @@ TEST_F(UiCommandTest, ImportAddsPrefixedNodesBesideTheOthers) {
     EXPECT_EQ(ui.outputs.size(), 2u);
 }
 
-TEST_F(UiCommandTest, AnImportLeavesTheProjectWhereItIsSaved) {
-    makeScene();
-    edit();
-    engine.projectName = "part";
-    ui.Save();
-    const std::string part = folder.read("part.vorn");
-    engine.projectName = "work";
-    chosenFile = folder.file("part.vorn");
-    press(ui.importButton);
-    EXPECT_EQ(engine.projectName, "work");
-    EXPECT_EQ(engine.projectFolder, ".");
-    press(ui.saveButton);
-    EXPECT_TRUE(exists("work.vorn"));
-    EXPECT_EQ(folder.read("part.vorn"), part) << "the save went over the imported file";
-}
-
 TEST_F(UiCommandTest, ACancelledImportLeavesEverything) {
     makeScene();
     edit();
@@ -303,6 +287,25 @@ TEST_F(UiCommandTest, StopGoesToTheStartAndPlaysOn) {
     EXPECT_TRUE(ui.playing);
 }
 
+// The engine shows the clock's place only with the next frame.
+TEST_F(UiCommandTest, PlayRightAfterStopPlaysTheMusicFromTheStart) {
+    edit();
+    press(ui.playButton);
+    ui.editorTime = 30;
+    engine.update(30);
+    press(ui.playButton);
+    soundNotes.calls.clear();
+    press(ui.stopButton);
+    key(kKeySpace);
+    EXPECT_THAT(soundNotes.calls,
+                ElementsAre("position 0", "position 30000", "position 0", "play"));
+    key(kKeySpace);
+    frame();
+    soundNotes.calls.clear();
+    key(kKeySpace);
+    EXPECT_THAT(soundNotes.calls, ElementsAre("position 0", "play"));
+}
+
 TEST_F(UiCommandTest, StepsAreOfTheChosenRateAndEndAtZero) {
     edit();
     ui.editorTime = 1;
@@ -372,6 +375,27 @@ TEST_F(UiCommandTest, HideLeavesThePictureAndAWayBack) {
     EXPECT_TRUE(ui.nodeCanvas->hidden);
     EXPECT_FALSE(ui.keyTimeline->hidden);
     EXPECT_FALSE(ui.layoutButton0->hidden);
+}
+
+TEST_F(UiCommandTest, AChoiceOfLayoutWhileTheEditorIsHiddenShowsNothing) {
+    edit();
+    ui.HideEditor();
+    ui.SetLayoutMode(kLayoutKeyTimeline);
+    EXPECT_TRUE(ui.nodeCanvas->hidden && ui.keyTimeline->hidden);
+    EXPECT_GT(ui.imagePanel->width, 1900) << "the picture keeps the whole screen";
+    ui.SetLayoutMode(kLayoutNodeCanvas);
+    EXPECT_TRUE(ui.nodeCanvas->hidden && ui.keyTimeline->hidden);
+    ui.ShowEditor();
+    EXPECT_FALSE(ui.nodeCanvas->hidden);
+}
+
+TEST_F(UiCommandTest, GivingUpBringsAHiddenEditorBack) {
+    edit();
+    ui.HideEditor();
+    EXPECT_TRUE(ui.GiveUp());
+    EXPECT_TRUE(ui.restorePanel->hidden);
+    EXPECT_FALSE(ui.topPanel->hidden);
+    EXPECT_FALSE(ui.GiveUp());
 }
 
 TEST_F(UiCommandTest, ApplyGivesEmptyFoldersTheProjectsOwn) {

@@ -372,6 +372,21 @@ TEST_F(UiScreenTest, AnimatingAValueShowsItsTrackInTheTimeline) {
     EXPECT_EQ(ui.knownTrackCount, 1u);
 }
 
+TEST_F(UiScreenTest, AFrameInWhichNoTrackComesOrGoesMakesNoListAnew) {
+    makeScene();
+    engine.addAnimation("a", "Size");
+    edit();
+    frame();
+    ui.keyTimeline->trackChoice.options[0] = "as it was";
+    for (int i = 0; i < 3; ++i) frame();
+    engine.setKeyframe("a", "Size");
+    frame();
+    EXPECT_THAT(ui.keyTimeline->trackChoice.options, ElementsAre("as it was"));
+    engine.addAnimation("b", "Size");
+    frame();
+    EXPECT_THAT(ui.keyTimeline->trackChoice.options, ElementsAre("a.Size", "b.Size"));
+}
+
 TEST_F(UiScreenTest, TracksThatChangePlacesBetweenTwoFramesAreNoticed) {
     makeScene();
     engine.addAnimation("a", "Size");

@@ -74,6 +74,29 @@ TEST_F(KeyTimelineTest, AValueThatIsAnimatedIsChosenAtOnce) {
     EXPECT_EQ(timeline().ChosenTrack()->name, "a.Size");
 }
 
+TEST_F(KeyTimelineTest, PickedKeysStayPickedWhenKeysComeAndGoElsewhere) {
+    timeline().PickKeys({1, 2});
+    track().insertKey(0.5f, 1);
+    EXPECT_THAT(timeline().PickedIndices(), ElementsAre(2, 3));
+    track().eraseKey(2);
+    EXPECT_THAT(timeline().PickedIndices(), ElementsAre(2)) << "that key has gone";
+    track().insertKey(0.25f, 1);
+    send(kMove, x(0.75f), y(3.5f));
+    send(kKeyPress, x(0.75f), y(3.5f), kKeyDelete);
+    EXPECT_THAT(TimesOf(track().keys()), ElementsAre(0, 0.25f, 0.5f));
+}
+
+TEST_F(KeyTimelineTest, ThePickedOneOfKeysAtTheSameTimeStaysPicked) {
+    track().setKeys({{0, 1, 0}, {1, 2, 0}, {2, 2, 0}, {3, 2, 0}});
+    timeline().PickKeys({2});
+    track().insertKey(0.5f, 1);
+    timeline().SetModeOfPicked(kKeyEaseOut);
+    EXPECT_THAT(timeline().PickedIndices(), ElementsAre(3));
+    EXPECT_EQ(track().keys()[3].mode, kKeyEaseOut);
+    EXPECT_EQ(track().keys()[3].value, 2);
+    EXPECT_EQ(track().keys()[2].mode, 0);
+}
+
 TEST_F(KeyTimelineTest, TheChosenTrackStaysChosenThroughARefresh) {
     engine.addAnimation("a", "Size2");
     frame();

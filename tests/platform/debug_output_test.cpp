@@ -19,10 +19,22 @@ TEST(DebugOutput, WritesTheTextAsItStands) {
 TEST(DebugOutput, KeepsTheLastMessagesOldestFirst) {
     const DebugCapture capture;
     for (std::size_t i = 0; i < kDebugRingSize + 10; ++i) DebugOutput(std::to_string(i));
-    const std::vector<std::string> ring = RecentDebugOutput();
+    const std::vector<DebugMessage> ring = RecentDebugOutput();
     ASSERT_EQ(ring.size(), kDebugRingSize);
-    EXPECT_EQ(ring.front(), "10");
-    EXPECT_EQ(ring.back(), std::to_string(kDebugRingSize + 9));
+    EXPECT_EQ(ring.front().text, "10");
+    EXPECT_EQ(ring.back().text, std::to_string(kDebugRingSize + 9));
+}
+
+TEST(DebugOutput, KeepsWhichMessagesTellOfAFault) {
+    const DebugCapture capture;
+    DebugOutput("Saved .\\terror.vorn\n");
+    EXPECT_FALSE(RecentDebugOutput().back().fault);
+    DebugFault("Glow: no\n");
+    EXPECT_TRUE(RecentDebugOutput().back().fault);
+    ReportBadFile("sky.png", "is a bitmap of 16 bits");
+    EXPECT_TRUE(RecentDebugOutput().back().fault);
+    EXPECT_THAT(capture.messages(), ElementsAre("Saved .\\terror.vorn\n", "Glow: no\n",
+                                                "sky.png: is a bitmap of 16 bits\n"));
 }
 
 TEST(DebugOutput, CountsEveryMessage) {

@@ -144,6 +144,19 @@ TEST_F(Files, WritesNewFilesAndReplacesOldOnes) {
     EXPECT_EQ(EntryCount(folder_.path()), 1u);
 }
 
+TEST_F(Files, IsThereAtOnceWhenItsFlushComesLater) {
+    DelayedFlush later;
+    EXPECT_TRUE(WriteFileAtomically("a.vorn", Bytes("one"), &later));
+    EXPECT_EQ(folder_.read("a.vorn"), "one");
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_TRUE(WriteFileAtomically("b" + std::to_string(i), Bytes("two"), &later));
+    }
+    later.wait();
+    EXPECT_EQ(folder_.read("b99"), "two");
+    EXPECT_EQ(EntryCount(folder_.path()), 101u) << "nothing temporary is left";
+    EXPECT_FALSE(WriteFileAtomically("no\\such\\folder", Bytes("three"), &later));
+}
+
 TEST_F(Files, KeepsThePermissionsOfTheFileThatItReplaces) {
     folder_.write("kept.vorn", "old");
     fs::permissions("kept.vorn", fs::perms{0640});

@@ -1,0 +1,102 @@
+// The line at the foot of the authoring screen: what the gestures under the pointer do, and those
+// that are under way.
+#include "editor/ui_hints.h"
+
+#include "authoring_fixture.h"
+#include "editor/ui_color_selector.h"
+#include "editor/ui_slider.h"
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+class UiHintTest : public AuthoringTest {
+  protected:
+    std::string hintAt(int x, int y) {
+        send(kMove, x, y);
+        return ui.HintOfMoment();
+    }
+    std::string hintAt(const UI_Object& widget) {
+        return hintAt(widget.x + widget.width / 2, widget.y + widget.height / 2);
+    }
+    // What the canvas says where nothing is on it.
+    std::string canvasHint() {
+        return hintAt(ui.nodeCanvas->x + 900, ui.nodeCanvas->y + ui.nodeCanvas->height - 8);
+    }
+    template <typename Widget>
+    Widget* firstOn(const UI_Panel& panel) {
+        for (const auto& child : panel.children) {
+            if (auto* widget = dynamic_cast<Widget*>(child.get())) return widget;
+        }
+        return nullptr;
+    }
+};
+
+}  // namespace
+
+TEST_F(UiHintTest, TellsOfTheWidgetUnderThePointer) {
+    makeScene();
+    edit();
+    ui.OpenPanel("a");
+    ui.DrawFrame();
+    EXPECT_EQ(hintAt(*ui.saveButton), ui.saveButton->tooltip);
+    EXPECT_THAT(hintAt(*ui.pathBox1), HasSubstr("choose a file"));
+    EXPECT_THAT(hintAt(*ui.outputSelector), HasSubstr("drag to a row"));
+    EXPECT_THAT(hintAt(*ui.imagePanel), HasSubstr("Wheel: zoom"));
+    const auto* color = firstOn<UI_ColorSelector>(*ui.openPanels.at("a"));
+    ASSERT_NE(color, nullptr);
+    EXPECT_THAT(hintAt(*color), HasSubstr("four sliders"));
+    EXPECT_THAT(canvasHint(), Not(IsEmpty()));
+    ui.SetLayoutMode(kLayoutKeyTimeline);
+    EXPECT_THAT(hintAt(ui.keyTimeline->x + 800, ui.keyTimeline->y + 200), HasSubstr("ruler"));
+}
+
+TEST_F(UiHintTest, TellsOfTheWidgetThatIsSeenNotOfAHiddenOneInItsPlace) {
+    makeScene();
+    edit();
+    ui.SetLayoutMode(kLayoutNeither);
+    const int x = ui.imagePanel->x + ui.imagePanel->width / 2, y = ui.nodeCanvas->y + 100;
+    ASSERT_TRUE(ui.nodeCanvas->Contains(x, y));
+    EXPECT_THAT(hintAt(x, y), HasSubstr("Wheel: zoom"));
+}
+
+TEST_F(UiHintTest, StaysWithASliderWhileItIsDragged) {
+    makeScene();
+    edit();
+    ui.OpenPanel("a");
+    ui.DrawFrame();
+    const auto* color = firstOn<UI_ColorSelector>(*ui.openPanels.at("a"));
+    ASSERT_NE(color, nullptr);
+    send(kLeftDown, color->x + 270, color->y + 20);
+    ASSERT_NE(dynamic_cast<const UI_Slider*>(ui.master.captured), nullptr);
+    EXPECT_THAT(hintAt(700, 900), HasSubstr("sliders (Ctrl: finer)"));
+    send(kLeftUp, 700, 900);
+}
+
+TEST_F(UiHintTest, IsTheCanvassWhileSomethingOnItHasTheMouseOrTheKeyboard) {
+    makeScene();
+    edit();
+    const std::string ofPlayer = "F1: all keys";
+    // The list of types, with the pointer on the picture.
+    send(kMove, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100);
+    send(kKeyPress, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100, kKeyTab);
+    ASSERT_NE(ui.master.captured, nullptr);
+    ASSERT_NE(ui.master.captured, ui.nodeCanvas.get());
+    EXPECT_TRUE(IsOfNodeCanvas(*ui.master.captured));
+    EXPECT_THAT(ui.HintOfMoment(), Not(HasSubstr(ofPlayer)));
+    EXPECT_THAT(ui.HintOfMoment(), Not(IsEmpty()));
+    send(kKeyRelease, 0, 0, kKeyTab);
+    ui.ShowScreen(ScreenKind::Presentation);
+    edit();
+    // A box that is dragged.
+    const UI_Node& box = *ui.nodeCanvas->boxOf("b");
+    const CanvasView& view = ui.nodeCanvas->view;
+    send(kLeftDown, view.screenX(box.x + 80), view.screenY(box.y + 10));
+    send(kMove, view.screenX(box.x + 80) + 20, view.screenY(box.y + 10));
+    ASSERT_NE(ui.master.captured, nullptr);
+    EXPECT_TRUE(IsOfNodeCanvas(*ui.master.captured));
+    EXPECT_THAT(ui.HintOfMoment(), Not(HasSubstr(ofPlayer)));
+    send(kLeftUp, view.screenX(box.x + 80) + 20, view.screenY(box.y + 10));
+}
