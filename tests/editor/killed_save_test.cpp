@@ -25,7 +25,7 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr int kKills = 1000;
 constexpr int kNodes = 24;
 constexpr int kBackupStamps = 5;  // so that backups too are replaced
-constexpr int kLongestDelayMicroseconds = 12000;
+constexpr int kLongestDelayMicroseconds = 8000;
 
 std::string NodeName(int index) {
     return "node" + std::to_string(index);
