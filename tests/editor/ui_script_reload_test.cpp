@@ -231,8 +231,9 @@ TEST_F(ScriptOnScreen, AnErrorShowsOnBoxPanelAndLogUntilItIsMended) {
     EXPECT_EQ(faults[0], "w.node does not compile; what ran before runs on:");
     EXPECT_THAT(faults[1], HasSubstr("line 6: error"));
     std::vector<std::string> red;
-    for (const std::string& line : LinesOf(said.messages())) {
-        if (IsFaultLine(line) && line.find("w.node: ") != line.npos) red.push_back(line);
+    for (const LogLine& line : LinesOf(RecentDebugOutput())) {
+        if (line.text == "All is quiet.") red.clear();
+        if (line.fault && line.text.find("w.node: ") != line.text.npos) red.push_back(line.text);
     }
     ASSERT_EQ(red.size(), 1u);
     EXPECT_THAT(red[0],
