@@ -6,7 +6,7 @@ uniform usamplerBuffer quads;
 
 flat out vec4 tint;
 flat out vec4 clip;       // left, bottom, right, top in pixels of the target
-flat out uint isGlyph;
+flat out uint kind;       // 0: flat; width and height in the atlas; or the width of a band
 out vec2 texcoord;
 
 ivec2 signedHalves(uint word) {
@@ -27,7 +27,7 @@ void main() {
     vec2 textureSize = unsignedHalves(rest.w);
     tint = uintBitsToFloat(texelFetch(quads, first + 2));
     clip = vec4(signedHalves(rest.x), signedHalves(rest.y));
-    isGlyph = rest.w;
+    kind = rest.w;
     texcoord = unsignedHalves(rest.z) + textureSize * vec2(corner & 1, corner >> 1);
     gl_Position = projectionMatrix * vec4(place, 0.0, 1.0);
 }

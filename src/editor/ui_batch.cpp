@@ -2,6 +2,8 @@
 
 #include <GL/glew.h>
 
+#include <algorithm>
+
 #include "gpu/embedded_shaders.h"
 
 namespace {
@@ -93,6 +95,14 @@ void UiBatch::addRect(int x, int y, int width, int height, const Vec4& colour) {
 void UiBatch::addQuad(const Vec2 (&corners)[4], const Vec4& colour) {
     UiQuad& quad = append(colour);
     for (int i = 0; i < 4; ++i) quad.corners[i] = corners[i];
+}
+
+void UiBatch::addBand(const Vec2 (&corners)[4], float width, const Vec4& colour) {
+    constexpr float kPartsOfAPixel = 256, kMostWidth = 255;
+    UiQuad& quad = append(colour);
+    for (int i = 0; i < 4; ++i) quad.corners[i] = corners[i];
+    const float parts = std::clamp(width, 0.0f, kMostWidth) * kPartsOfAPixel;
+    quad.textureHeight = static_cast<std::uint16_t>(std::max(parts, 1.0f));
 }
 
 void UiBatch::addGlyph(int x, int y, int width, int height, AtlasSpot spot, const Vec4& colour) {

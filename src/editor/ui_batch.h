@@ -24,8 +24,9 @@ struct UiQuad {
     Vec2 corners[4];  // pixels, origin top left
     Vec4 colour;
     UiClip clip;
-    std::uint16_t textureX = 0, textureY = 0;           // of corner 0
-    std::uint16_t textureWidth = 0, textureHeight = 0;  // both 0: a flat quad
+    std::uint16_t textureX = 0, textureY = 0;  // of corner 0
+    // Both 0: a flat quad. Width 0: a band, its width in 256ths of a pixel as the height.
+    std::uint16_t textureWidth = 0, textureHeight = 0;
 };
 static_assert(sizeof(UiQuad) == 64);
 
@@ -43,6 +44,10 @@ class UiBatch {
     void setClip(const UiClip& clip) { clip_ = clip; }
     void addRect(int x, int y, int width, int height, const Vec4& colour);
     void addQuad(const Vec2 (&corners)[4], const Vec4& colour);
+    // A piece of a line with soft edges: corners 0 and 1 lie on its one side, 2 and 3 on the other,
+    // `width` pixels away, at most 255. Its coverage grows from nothing to all of it over the first
+    // pixel from both sides.
+    void addBand(const Vec2 (&corners)[4], float width, const Vec4& colour);
     // `width` by `height` texels of the atlas from `spot`, one a pixel, at x, y.
     void addGlyph(int x, int y, int width, int height, AtlasSpot spot, const Vec4& colour);
     // Draws at once, with the texture that is bound to unit 0 and the blending of the moment.

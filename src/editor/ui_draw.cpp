@@ -120,6 +120,18 @@ void UI_Master::FillQuad(const Vec2 (&corners)[4]) {
     batch_->addQuad(corners, currentColor);
 }
 
+// An edge at half a pixel is half covered there: the band reaches half a pixel further out.
+void UI_Master::DrawSoftLine(float lineWidth, const LinePoint& from, const LinePoint& to) {
+    const float reach = (lineWidth + 1) / 2;
+    const auto beside = [](const LinePoint& point, float distance) {
+        return Vec2{point.place.x + point.normal.x * distance,
+                    point.place.y + point.normal.y * distance};
+    };
+    batch_->addBand(
+        {beside(from, reach), beside(to, reach), beside(from, -reach), beside(to, -reach)},
+        lineWidth + 1, currentColor);
+}
+
 void UI_Master::DrawDisc(int centerX, int centerY, float radius) {
     const Vec2 center = {static_cast<float>(centerX), static_cast<float>(centerY)};
     for (int step = 0; step < kCircleSteps; ++step) {

@@ -80,6 +80,12 @@ class UI_Master {
     void DrawThickLine(float lineWidth, int x1, int y1, int x2, int y2);
     // Corners in the order of a triangle strip.
     void FillQuad(const Vec2 (&corners)[4]);
+    // A piece of a line of that width, pixels, from one point to the next, cut off there across the
+    // unit normals, so that pieces with a normal in common join. Its edges are soft.
+    struct LinePoint {
+        Vec2 place, normal;
+    };
+    void DrawSoftLine(float lineWidth, const LinePoint& from, const LinePoint& to);
     // In verdana, baseline at x, y; the current colour stays as it is.
     void DrawText(int x, int y, int pixelSize, const Vec4& rgba, std::string_view text);
     int MeasureText(int pixelSize, std::string_view text);

@@ -25,17 +25,12 @@ constexpr float kLeastGridPitch = 24;  // pixels of the screen
 constexpr int kTextSize = 12;
 constexpr float kFoldedAlpha = 0.35f;  // of sockets and outputs
 constexpr float kLinkWidth = 2, kStressedWidth = 3.2f;
-constexpr float kSoftEdge = 1.8f, kSoftAlpha = 0.3f;
 constexpr float kDash = 8, kDashPeriod = 14, kDashSpeed = 0.25f;  // pixels, a draw
-constexpr float kLeastSoftZoom = 0.45f, kLeastSocketZoom = 0.3f;
+constexpr float kLeastSocketZoom = 0.3f;
 
 Vec4 WithAlpha(Vec4 color, float alpha) {
     color.a *= alpha;
     return color;
-}
-
-Vec2 Beside(const Vec2& point, const Vec2& normal, float distance) {
-    return {point.x + normal.x * distance, point.y + normal.y * distance};
 }
 
 }  // namespace
@@ -137,28 +132,16 @@ void UI_NodeCanvas::drawLink(const UI_Node& box, const NodeSocket& socket) {
     drawCurve(curve, color, lineWidth);
 }
 
-// Pieces that share their ends, so that what is translucent covers nothing twice. A wider and
-// fainter line below makes the edges soft.
+// Pieces that share their ends, so that what is translucent covers nothing twice.
 void UI_NodeCanvas::drawCurve(const LinkCurve& curve, const Vec4& color, float lineWidth) {
+    master->SetColor(color);
     const int pieces = curve.pieces();
-    Vec2 before = curve.at(0), beforeNormal = curve.normal(0);
-    const bool soft = view.zoom >= kLeastSoftZoom;
-    const float half = lineWidth / 2, softHalf = (lineWidth + kSoftEdge) / 2;
+    UI_Master::LinePoint before = {curve.at(0), curve.normal(0)};
     for (int i = 1; i <= pieces; ++i) {
         const float t = static_cast<float>(i) / static_cast<float>(pieces);
-        const Vec2 point = curve.at(t), normal = curve.normal(t);
-        const auto fill = [&](float reach) {
-            master->FillQuad({Beside(before, beforeNormal, reach), Beside(point, normal, reach),
-                              Beside(before, beforeNormal, -reach), Beside(point, normal, -reach)});
-        };
-        if (soft) {
-            master->SetColor(WithAlpha(color, kSoftAlpha));
-            fill(softHalf);
-        }
-        master->SetColor(color);
-        fill(half);
-        before = point;
-        beforeNormal = normal;
+        const UI_Master::LinePoint next = {curve.at(t), curve.normal(t)};
+        master->DrawSoftLine(lineWidth, before, next);
+        before = next;
     }
 }
 
@@ -171,10 +154,8 @@ void UI_NodeCanvas::drawDashes(const LinkCurve& curve, const Vec4& color, float 
     for (float start = phase - period; start < 1; start += period) {
         const float from = std::max(start, 0.0f), to = std::min(start + dash, 1.0f);
         if (from >= to) continue;
-        const Vec2 a = curve.at(from), b = curve.at(to);
-        const Vec2 na = curve.normal(from), nb = curve.normal(to);
-        master->FillQuad({Beside(a, na, lineWidth / 2), Beside(b, nb, lineWidth / 2),
-                          Beside(a, na, -lineWidth / 2), Beside(b, nb, -lineWidth / 2)});
+        master->DrawSoftLine(lineWidth, {curve.at(from), curve.normal(from)},
+                             {curve.at(to), curve.normal(to)});
     }
 }
 

@@ -207,6 +207,46 @@ TEST_F(UiDrawTest, DrawsThickLinesWithHalfTheirWidthOnEachSide) {
     }
 }
 
+TEST_F(UiDrawTest, DrawsSoftLinesThatFadeOverOnePixel) {
+    const struct {
+        float width;
+        Vec2 from, to;
+    } lines[] = {
+        {2, {4, 30.5f}, {90, 30.5f}},
+        {1, {4, 30}, {90, 30}},
+        {3.2f, {10, 8}, {80, 50}},
+        {0.5f, {70, 5}, {30, 60}},
+    };
+    for (const auto& line : lines) {
+        const float dx = line.to.x - line.from.x, dy = line.to.y - line.from.y;
+        const float length = std::sqrt(dx * dx + dy * dy);
+        const Vec2 normal = {-dy / length, dx / length};
+        begin();
+        master.SetColor({0, 0.5f, 1, 1});
+        master.DrawSoftLine(line.width, {line.from, normal}, {line.to, normal});
+        const Picture picture = end();
+        int inside = 0;
+        for (int y = 0; y < picture.height; ++y) {
+            for (int x = 0; x < picture.width; ++x) {
+                const float px = static_cast<float>(x) + 0.5f - line.from.x;
+                const float py = static_cast<float>(y) + 0.5f - line.from.y;
+                const float along = (px * dx + py * dy) / length;
+                const float away = std::fabs(px * normal.x + py * normal.y);
+                // Whether a pixel on the end belongs to the line is up to the rasterizer.
+                if (std::fabs(along) < 0.01f || std::fabs(along - length) < 0.01f) continue;
+                const bool beside = along < 0 || along > length;
+                const float expected =
+                    beside ? 0 : std::clamp(line.width / 2 + 0.5f - away, 0.0f, 1.0f);
+                // The width is counted in 256ths of a pixel, and so are the places of corners.
+                ASSERT_NEAR(picture.at(x, y).b, expected, 3.0 / 256) << x << ", " << y;
+                inside += expected > 0 ? 1 : 0;
+            }
+        }
+        EXPECT_GT(inside, 60);
+        EXPECT_EQ(master.drawCalls(), 1);
+    }
+}
+
 TEST_F(UiDrawTest, DrawsAThinLevelLineOnOneRow) {
     begin();
     master.SetColor(kRed);

@@ -113,6 +113,29 @@ TEST_F(CanvasPictures, ALinkHasTheColourOfItsSource) {
     }
 }
 
+TEST_F(CanvasPictures, ALinkHasNoSteps) {
+    add("a", "Node", 20, 20);
+    add("out", "Output", 160, 180);
+    engine.connect("a", "out", 0);
+    canvas.rebuildBoxes();
+    const Vec4 color = UI_Node::ColorOfId("a");
+    const Picture picture = draw();
+    // How much of a row the link covers. Hard edges make it jump by whole pixels.
+    const auto covered = [&](int y) {
+        float sum = 0;
+        for (int x = 120; x < 270; ++x) {
+            const Vec4& ground = picture.at(310, y);
+            const float part = (picture.at(x, y).r - ground.r) / (color.r - ground.r);
+            if (part > 0.1f) sum += part;  // the grid is fainter
+        }
+        return sum;
+    };
+    for (int y = 90; y < 190; ++y) {
+        ASSERT_GT(covered(y), 1.5f) << y;
+        ASSERT_LT(std::fabs(covered(y + 1) - covered(y)), 0.45f) << y;
+    }
+}
+
 TEST_F(CanvasPictures, AFeedbackLinkIsDashed) {
     add("a", "Node", 100, 20);
     add("b", "Node", 68, 180);
