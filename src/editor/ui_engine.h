@@ -190,6 +190,7 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void makeAuthoringScreen();
     void makeTopPanel();
     void makeTransport();
+    void makeChoices();
     void makeLeftPanel();
     void makeRightPanel();
     void makeRestorePanel();

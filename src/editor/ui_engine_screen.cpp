@@ -65,6 +65,7 @@ void UI_Engine::makeAuthoringScreen() {
     screen_ = std::make_unique<AuthoringScreen>(*imagePanel, kWidth, kHeight, kFoot);
     makeTopPanel();
     makeTransport();
+    makeChoices();
     makeLeftPanel();
     makeRightPanel();
     makeRestorePanel();
@@ -121,7 +122,7 @@ void UI_Engine::makeTopPanel() {
 }
 
 void UI_Engine::makeTransport() {
-    int left = 960;
+    int left = 820;
     const auto add = [&](const char* text, int width, const char* tooltip) {
         UI_Button* button = addButton(*topPanel, text, left, kButtonY, width, tooltip);
         left += width + kGap;
@@ -131,12 +132,33 @@ void UI_Engine::makeTransport() {
     stepBackButton = add("<", 40, "One step back (Left)");
     playButton = add("Play", 72, "Play and pause (Space)");
     stepForwardButton = add(">", 40, "One step forward (Right)");
-    timeLabel = new UI_Label("", left + 16, kButtonY, 140);
+    timeLabel = new UI_Label("", left + 12, kButtonY, 120);
     timeLabel->textSize = 20;
     timeLabel->color = kColorKeyed;
     topPanel->AddChild(timeLabel);
-    frameCostLabel = new UI_Label("", left + 160, kButtonY, 140);
+    frameCostLabel = new UI_Label("", left + 136, kButtonY, 120);
     topPanel->AddChild(frameCostLabel);
+}
+
+void UI_Engine::makeChoices() {
+    int right = kWidth - 132 - 20;
+    const auto add = [&](const ValueInt& value, int width) {
+        auto* choice = new UI_Selection(value, kButtonY, width);
+        topPanel->AddChild(choice);
+        choice->SetPosition(right - width, kButtonY - kGap);
+        right -= width + kGap;
+        return choice;
+    };
+    ValueInt rate("Steps/s", "");
+    rate.data = &stepRateIndex;
+    rate.defaultValue = stepRateIndex;
+    for (const int perSecond : kStepRates) rate.options.push_back(std::to_string(perSecond));
+    add(rate, 190);
+    ValueInt output("Output", "");
+    output.data = &outputChoice.value;
+    outputSelector = add(output, 270);
+    outputSelector->listener = &screen_->outputChosen;
+    screen_->outputChosen.edited = [this] { takeOutputChoice(); };
 }
 
 void UI_Engine::makeLeftPanel() {
@@ -163,19 +185,7 @@ void UI_Engine::makeRightPanel() {
     rightPanel = std::make_unique<UI_Panel>(0, top, kLeftWidth, kLowerY - kGap - top, false);
     rightPanel->title = "Picture and messages";
     int y = kFirstRow;
-    ValueInt output("Output", "");
-    output.data = &outputChoice.value;
-    outputSelector = new UI_Selection(output, y, kPanelRowWidth);
-    outputSelector->listener = &screen_->outputChosen;
-    screen_->outputChosen.edited = [this] { takeOutputChoice(); };
-    rightPanel->AddChild(outputSelector);
-    ValueInt rate("Steps a second", "");
-    rate.data = &stepRateIndex;
-    rate.defaultValue = stepRateIndex;
-    for (const int perSecond : kStepRates) rate.options.push_back(std::to_string(perSecond));
-    rightPanel->AddChild(new UI_Selection(rate, y += kRow, kPanelRowWidth));
-    rightPanel->AddChild(
-        new UI_BackdropChoice(imageBackdrop, kPanelRowX, y += kRow, kPanelRowWidth));
+    rightPanel->AddChild(new UI_BackdropChoice(imageBackdrop, kPanelRowX, y, kPanelRowWidth));
     y += kRow + 4;
     screen_->log = new UI_LogView(kPanelRowX, y, kPanelRowWidth, rightPanel->height - y - 6);
     rightPanel->AddChild(screen_->log);
