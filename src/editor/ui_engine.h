@@ -102,8 +102,8 @@ class UI_Engine : public UI_Evt_ValueChanged {
     // Nothing happens for an id without a node and for a panel that is open.
     void OpenPanel(const std::string& id);
     void ClosePanel(UI_Panel* panel);
-    // Files of the folder Scripts were changed, made or deleted: hands them to the engine, and makes
-    // panels and boxes of changed nodes anew. Between frames, in either screen.
+    // Files of the folder Scripts were changed, made or deleted: hands them to the engine, and
+    // makes panels and boxes of changed nodes anew. Between frames, in either screen.
     void TakeScriptFiles(const std::vector<FileChange>& files);
     // Hands the engine's tracks to the timeline.
     void RefreshTimeline();
