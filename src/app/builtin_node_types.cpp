@@ -47,6 +47,15 @@ constexpr int FamilyOf() {
 template <typename NodeClass>
 const NodeFactory Make = {MakeNode<NodeClass>, FamilyOf<NodeClass>()};
 
+// What the inputs of nodes take that are slow to make just to ask them.
+constexpr int kNothing = 0, kPictures = 1 << kImageNode;
+constexpr int kCameras = 1 << kTransform3DNode, kShapes = 1 << kGeometryNode;
+
+template <typename NodeClass>
+NodeFactory MakeTaking(int families) {
+    return {MakeNode<NodeClass>, FamilyOf<NodeClass>(), families};
+}
+
 std::unique_ptr<Node> MakeViewer(Engine& engine, const std::string& id) {
     return std::make_unique<UI_ViewerNode>(&engine, id, engine.viewerTarget);
 }
@@ -56,28 +65,28 @@ std::unique_ptr<Node> MakeViewer(Engine& engine, const std::string& id) {
 std::vector<NodeType> BuiltInNodeTypes() {
     return {
         {"Viewer", {MakeViewer, kOutputNode}},
-        {"Reader", Make<ImageNode_Reader>},
-        {"Transform2D", Make<ImageNode_Transform2D>},
+        {"Reader", MakeTaking<ImageNode_Reader>(kNothing)},
+        {"Transform2D", MakeTaking<ImageNode_Transform2D>(kPictures)},
         {"ObjReader", Make<GeometryNode_ObjReader>},
         {"OrbitCamera", Make<Transform3DNode_OrbitCamera>},
         {"Material", Make<MaterialNode>},
-        {"3DRender_RAD", Make<ImageNode_RadiosityRenderer>},
+        {"3DRender_RAD", MakeTaking<ImageNode_RadiosityRenderer>(kShapes | kCameras | kPictures)},
         {"3DPrimitive", Make<GeometryNode_Primitives>},
-        {"MotionBlur", Make<ImageNode_MotionBlur>},
+        {"MotionBlur", MakeTaking<ImageNode_MotionBlur>(kPictures)},
         {"Kinect2Puppet", Make<GeometryNode_KinectModel>},
         {"LightScreenEffect", Make<GeometryNode_ScreenEffectKinect>},
-        {"Time Switch Image", Make<ImageNode_TimeSwitch>},
+        {"Time Switch Image", MakeTaking<ImageNode_TimeSwitch>(kPictures)},
         {"Time Switch Camera", Make<Transform3DNode_TimeSwitch>},
         {"Combine Geometry", Make<GeometryNode_CombineGeometry>},
-        {"Random Dots", Make<ImageNode_RandomDots>},
+        {"Random Dots", MakeTaking<ImageNode_RandomDots>(kNothing)},
         {"HandLine", Make<GeometryNode_HandLine>},
         {"FallingModel", Make<GeometryNode_FallingModels>},
         {"Randomize Material", Make<GeometryNode_RandomizeMaterial>},
-        {"2D Parallax Engine", Make<ImageNode_2DParallaxRenderer>},
+        {"2D Parallax Engine", MakeTaking<ImageNode_2DParallaxRenderer>(kPictures)},
         {"Particle Mesher", Make<GeometryNode_ParticleMesher>},
-        {"Glow", Make<ImageNode_Glow>},
-        {"Sequencer", Make<ImageNode_Sequence>},
-        {"Compose", Make<ImageNode_Compose>},
-        {"HoloBall", Make<ImageNode_HoloBall>},
+        {"Glow", MakeTaking<ImageNode_Glow>(kPictures)},
+        {"Sequencer", MakeTaking<ImageNode_Sequence>(kPictures)},
+        {"Compose", MakeTaking<ImageNode_Compose>(kPictures)},
+        {"HoloBall", MakeTaking<ImageNode_HoloBall>(kCameras)},
     };
 }

@@ -30,19 +30,22 @@ struct FileChange;
 struct RetiredParams;
 struct ScriptChanges;
 
-// How to make a node of a type, and its family (a NodeFamily) where that is known beforehand.
+// How to make a node of a type, its family (a NodeFamily), and the families that its inputs take,
+// a bit each, where these are known beforehand.
 struct NodeFactory {
     using Function = std::unique_ptr<Node> (*)(Engine& engine, const std::string& id);
-    static constexpr int kUnknownFamily = -1;
+    static constexpr int kUnknownFamily = -1, kUnknownInputs = -1;
 
-    NodeFactory(Function makeNode, int nodeFamily = kUnknownFamily)
-        : make(makeNode), family(nodeFamily) {}
+    NodeFactory(Function makeNode, int nodeFamily = kUnknownFamily,
+                int takenFamilies = kUnknownInputs)
+        : make(makeNode), family(nodeFamily), takes(takenFamilies) {}
     std::unique_ptr<Node> operator()(Engine& engine, const std::string& id) const {
         return make(engine, id);
     }
 
     Function make;
     int family;
+    int takes;  // 1 << NodeFamily of each
 };
 
 // A built-in node type: the name in menus and files, and how to make one.

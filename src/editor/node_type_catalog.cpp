@@ -100,6 +100,12 @@ bool NodeTypeCatalog::scriptFits(const NodeScript& script, const OpenLink& link)
 }
 
 bool NodeTypeCatalog::takesSource(const NodeType& type, const Node& source) {
+    // A picture's node compiles its shaders when it is made: to try them all takes half a second.
+    const int family = source.getType();
+    const bool known = type.make.takes != NodeFactory::kUnknownInputs;
+    if (known && family >= kOutputNode && family <= kTransform3DNode) {
+        return (type.make.takes >> family & 1) != 0;
+    }
     const OpenLink link = {&source, nullptr, 0};
     if (const Node* node = nodeOfGraph(type.name)) return Fits(*node, link);
     if (type.make.family != kImageNode) {

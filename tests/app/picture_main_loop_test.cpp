@@ -9,6 +9,7 @@
 
 #include "app/scripted_window.h"
 #include "app/session.h"
+#include "editor/ui_node_canvas.h"
 #include "editor/ui_panel.h"
 #include "editor/ui_text_box.h"
 #include "platform/debug_output.h"
@@ -191,6 +192,33 @@ TEST_F(MainLoop, EscIsTheTextBoxsWhileItIsTypedIntoAndThenEndsTheProgram) {
         ASSERT_LT(window_->swaps, 3) << "Esc did not end the program";
     };
     window_->escapeAfterPolls = 2;  // the key as such, which only a player ends on
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 1);
+}
+
+TEST_F(MainLoop, AHeldEscThatClosesThePaletteEndsNothing) {
+    session_->showScreen(ScreenKind::Authoring);
+    session_->ui->nodeCanvas->openPalette(300, 700);
+    ASSERT_NE(session_->ui->master.captured, nullptr);
+    window_->messages = {{.message = 256, .value = kKeyEscape},
+                         {.message = 256, .value = kKeyEscape, .repeat = true},
+                         {.message = 256, .value = kKeyEscape, .repeat = true},
+                         {.message = 257, .value = kKeyEscape}};
+    window_->afterSwap = [&] {
+        EXPECT_EQ(session_->ui->master.captured, nullptr);
+        window_->messages.push_back({.message = kMessageClose});
+    };
+    RunMainLoop(*session_);
+    EXPECT_EQ(window_->swaps, 1);
+}
+
+TEST_F(MainLoop, AHeldF12ChangesTheScreenOnce) {
+    window_->messages = {{.message = 256, .value = kKeyF12},
+                         {.message = 256, .value = kKeyF12, .repeat = true}};
+    window_->afterSwap = [&] {
+        EXPECT_FALSE(session_->ui->presentationMode);
+        window_->messages.push_back({.message = kMessageClose});
+    };
     RunMainLoop(*session_);
     EXPECT_EQ(window_->swaps, 1);
 }
