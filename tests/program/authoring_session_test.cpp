@@ -314,12 +314,13 @@ void AuthoringSession::importAndUndo() {
     EXPECT_NE(user_->asked().find("*.vorn"), std::string::npos) << user_->asked();
     ASSERT_NE(twin().box("other-Plasma"), nullptr);
     ASSERT_NE(twin().box("other-Halo"), nullptr);
-    EXPECT_EQ(twin().session->engine->projectName, "first") << "saving goes on where it did";
+    EXPECT_EQ(twin().session->engine->projectName, "demo") << "a file brings its settings along";
     user_->ctrlKey("z");
     ASSERT_NO_FATAL_FAILURE(user_->answerQuestion("Return"));
     EXPECT_EQ(twin().questions.back(), "Load and clear scene?");
     user_->see("undone");
     EXPECT_EQ(twin().box("other-Plasma"), nullptr);
+    EXPECT_EQ(twin().session->engine->projectName, "first") << "saving goes on where it did";
     user_->ctrlKey("s");
     user_->escape();
     EXPECT_EQ(user_->waitForEnd().exitCode, 0);
