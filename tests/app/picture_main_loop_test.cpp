@@ -22,12 +22,8 @@ class MainLoop : public ::testing::Test {
   protected:
     void SetUp() override {
         std::string reason;
-        int exitCode = 0;
-        session_ = Session::Start(WindowKind::Offscreen, reason, exitCode);
+        session_ = StartScriptedSession(window_, reason);
         ASSERT_NE(session_, nullptr) << reason;
-        auto window = std::make_unique<ScriptedWindow>(std::move(session_->window));
-        window_ = window.get();
-        session_->window = std::move(window);
     }
 
     TempFolder folder_;

@@ -330,12 +330,8 @@ class MonkeyTest : public ::testing::Test {
         makeFiles();
         const DebugCapture quiet;
         std::string reason;
-        int exitCode = 0;
-        session_ = Session::Start(WindowKind::Offscreen, reason, exitCode);
+        session_ = StartScriptedSession(window_, reason);
         ASSERT_NE(session_, nullptr) << reason;
-        auto window = std::make_unique<ScriptedWindow>(std::move(session_->window));
-        window_ = window.get();
-        session_->window = std::move(window);
         session_->ui->frameTimer.readCounter = &SteadyCounter;
         session_->ui->localTime = [this] {
             std::tm time{};

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "app/session.h"
 #include "platform/window.h"
 
 class ScriptedWindow : public Window {
@@ -47,3 +48,14 @@ class ScriptedWindow : public Window {
   private:
     std::unique_ptr<Window> real_;
 };
+
+// A session whose window is `window`; null with a reason when there is no OpenGL.
+inline std::unique_ptr<Session> StartScriptedSession(ScriptedWindow*& window, std::string& reason) {
+    int exitCode = 0;
+    std::unique_ptr<Session> session = Session::Start(WindowKind::Offscreen, reason, exitCode);
+    if (session == nullptr) return nullptr;
+    auto scripted = std::make_unique<ScriptedWindow>(std::move(session->window));
+    window = scripted.get();
+    session->window = std::move(scripted);
+    return session;
+}
