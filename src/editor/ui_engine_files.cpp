@@ -193,6 +193,7 @@ UI_Engine::SceneLoad UI_Engine::replaceScene(const std::string& projectFile,
     for (const std::string& id : open) OpenPanel(id);
     if (!presentationMode) nodeCanvas->frameAll();
     if (loaded) return SceneLoad::Loaded;
+    ownFile_.clear();  // an empty scene is not what is in it
     tellFault(projectFile + " is no project; the scene is empty");
     return SceneLoad::NoProject;
 }
@@ -200,7 +201,6 @@ UI_Engine::SceneLoad UI_Engine::replaceScene(const std::string& projectFile,
 void UI_Engine::Reload() {
     const std::string path = ProjectPath();
     const SceneLoad result = replaceScene(path + kProjectEnding, path + kGuiEnding);
-    if (result == SceneLoad::NoProject) ownFile_.clear();
     if (result != SceneLoad::Loaded) return;
     noteOwnFile(path + kProjectEnding);
     noteSaved();

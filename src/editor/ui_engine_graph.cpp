@@ -81,7 +81,9 @@ void UI_Engine::TakeScriptFiles(const std::vector<FileChange>& files) {
         nodeCanvas->capturePlaces();
         nodeCanvas->rebuildBoxes();
     }
-    if (!changes.told.empty()) SetStatus(changes.told);
+    if (changes.told.empty() || screen_ == nullptr) return;
+    using Tone = UI_StatusLine::Tone;
+    screen_->status.Tell(changes.told, changes.anyFault ? Tone::Fault : Tone::News);
 }
 
 void UI_Engine::OpenPanel(const std::string& id) {

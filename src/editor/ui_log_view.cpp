@@ -9,7 +9,6 @@ namespace {
 constexpr int kTextSize = 11, kRowHeight = 16, kMargin = 8, kHeading = 22;  // pixels
 constexpr int kListX = 160, kListY = 90, kListWidth = 1600, kListHeight = 900;
 constexpr std::size_t kRowsAWheelNotch = 3;
-constexpr Vec4 kFault = {1, 0.36f, 0.3f, 1};
 constexpr Vec4 kQuiet = {0.68f, 0.68f, 0.68f, 1};
 
 }  // namespace
@@ -61,7 +60,7 @@ void UI_LogView::drawLines(const Lines& lines, int left, int top, int columns, i
     int baseline = top + 12;
     for (std::size_t i = first; i < last; ++i) {
         const LogLine& line = lines[i];
-        master->DrawText(left, baseline, kTextSize, line.fault ? kFault : kQuiet, line.text);
+        master->DrawText(left, baseline, kTextSize, line.fault ? kFaultColor : kQuiet, line.text);
         baseline += kRowHeight;
     }
 }

@@ -34,6 +34,9 @@ enum UI_ColorSlot : int {
     kColorSlotCount = 10,
 };
 
+// Of texts that tell of a fault.
+constexpr Vec4 kFaultColor = {1, 0.36f, 0.3f, 1};
+
 // A scissor rectangle as OpenGL has it: pixels, origin bottom left.
 struct UI_Scissor {
     bool enabled = false;

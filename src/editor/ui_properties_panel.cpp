@@ -22,19 +22,11 @@ constexpr int kFaultRow = 16, kFaultTextSize = 11;
 constexpr int kFaultWidth = 370;  // pixels
 constexpr const char* kFaultIndent = "   ";
 constexpr std::size_t kMostFaults = 8, kMostFaultRows = 16;
-constexpr Vec4 kFault = {1, 0.36f, 0.3f, 1};
 
 UI_Object* MakeFloatWidget(const ValueFloat& value) {
     auto* control = new UI_ValueControl(value.name, kLeft, 0, kRowWidth, true);
     control->value = value;
     return control;
-}
-
-// No track drives a text.
-UI_Object* MakeTextWidget(const ValueString& value) {
-    auto* box = new UI_TextBox(value, kLeft, 0, kRowWidth);
-    box->keyable = false;
-    return box;
 }
 
 UI_Object* MakeVec2Widget(const ValueVec2& value) {
@@ -58,7 +50,7 @@ UI_Object* MakeWidget(const Value_Object& value) {
         case kValueVec4:
             return new UI_ColorSelector(static_cast<const ValueVec4&>(value), 0);
         case kValueString:
-            return MakeTextWidget(static_cast<const ValueString&>(value));
+            return new UI_TextBox(static_cast<const ValueString&>(value), kLeft, 0, kRowWidth);
         default:
             return nullptr;
     }
@@ -175,7 +167,7 @@ void UI_PropertiesPanel::takeFaults(std::vector<std::string> faults) {
 void UI_PropertiesPanel::DrawOverlay() {
     int baseline = y + widgetsHeight_ + 13;
     for (const std::string& row : faultRows_) {
-        master->DrawText(x + 10, baseline, kFaultTextSize, kFault, row);
+        master->DrawText(x + 10, baseline, kFaultTextSize, kFaultColor, row);
         baseline += kFaultRow;
     }
 }

@@ -5,7 +5,6 @@
 namespace {
 
 constexpr int kTextSize = 12;  // pixels
-constexpr Vec4 kFault = {1, 0.36f, 0.3f, 1};
 
 }  // namespace
 
@@ -31,7 +30,7 @@ void UI_StatusLine::Draw() {
     if (drawsLeft_ > 0) {
         --drawsLeft_;
         master->DrawText(x + 12, baseline, kTextSize,
-                         messageTone == Tone::Fault ? kFault : colors[kColorKeyed], message);
+                         messageTone == Tone::Fault ? kFaultColor : colors[kColorKeyed], message);
     } else if (hint) {
         master->DrawText(x + 12, baseline, kTextSize, colors[kColorText], hint());
     }

@@ -227,6 +227,20 @@ TEST_F(UiFilesTest, UndoPassesOverABackupThatIsNoProject) {
     EXPECT_THAT(ui.backupHistory, IsEmpty());
 }
 
+TEST_F(UiFilesTest, ASaveAfterAnUndoThatLeftNothingAsksBeforeItReplaces) {
+    makeScene();
+    edit();
+    press(ui.saveButton);
+    const std::string whole = folder.read("work.vorn");
+    folder.write("work2026-2-9-24-60-7.vorn", "something else");
+    press(ui.undoButton);
+    ASSERT_EQ(engine.findNode("a"), nullptr);
+    answer = MessageAnswer::Cancel;
+    press(ui.saveButton);
+    EXPECT_THAT(questions.back(), HasSubstr("work.vorn exists. Replace it?"));
+    EXPECT_EQ(folder.read("work.vorn"), whole);
+}
+
 TEST_F(UiFilesTest, UndoPassesOverABackupThatIsNoProjectInAnEmptySceneToo) {
     makeScene();
     edit();

@@ -158,12 +158,17 @@ TEST_F(HeldKeysTest, TracksThatComeAndGoElsewhereShowOnOpenPanels) {
     EXPECT_FALSE(row(kSize2).keyed);
 }
 
-TEST_F(HeldKeysTest, ATextThatCannotBeAnimatedShowsNoOutlineForS) {
+TEST_F(HeldKeysTest, ASettingOfTheProjectShowsNoOutlineForS) {
     const UI_TextBox& box = *ui.pathBox1;
     key('S', box.x + 20, box.y + 9);
     EXPECT_FALSE(box.keyed);
+}
+
+// No track drives a text, but the outline is that of every value.
+TEST_F(HeldKeysTest, ATextOfANodeTakesAndLosesItsOutlineWithS) {
     const Spot at = onRow(kText);
     key('S', at.x, at.y);
-    ui.DrawFrame();
+    EXPECT_TRUE(row(kText).keyed);
+    key('S', at.x, at.y);
     EXPECT_FALSE(row(kText).keyed);
 }

@@ -22,7 +22,6 @@ using testing::IsEmpty;
 namespace {
 
 constexpr Vec4 kErrorRed = {1, 0, 0, 1};
-constexpr Vec4 kFault = {1, 0.36f, 0.3f, 1};
 
 class ScriptOnScreen : public AuthoringTest {
   protected:
@@ -88,12 +87,13 @@ class ScriptOnScreen : public AuthoringTest {
     }
     int redOnPanel() {
         const UI_PropertiesPanel& panel = panelOf("w");
-        return pixelsOf(kFault, panel.x, panel.y, panel.width, panel.height);
+        return pixelsOf(kFaultColor, panel.x, panel.y, panel.width, panel.height);
     }
     int redInLog() {
         const UI_Panel& right = *ui.rightPanel;
-        return pixelsOf(kFault, right.x, right.y, right.width, right.height);
+        return pixelsOf(kFaultColor, right.x, right.y, right.width, right.height);
     }
+    int redAtTheFoot() { return pixelsOf(kFaultColor, 0, 1056, 1920, 24); }
 };
 
 // Whatever becomes of a script: nodes, tracks, panels and boxes agree with each other, and the
@@ -226,6 +226,7 @@ TEST_F(ScriptOnScreen, AnErrorShowsOnBoxPanelAndLogUntilItIsMended) {
     EXPECT_GT(panelOf("w").height, height);
     EXPECT_GT(redOnPanel(), 20);
     EXPECT_GT(redInLog(), 20);
+    EXPECT_GT(redAtTheFoot(), 20);
     const std::vector<std::string> faults = FaultsOf(wave());
     ASSERT_GE(faults.size(), 2u);
     EXPECT_EQ(faults[0], "w.node does not compile; what ran before runs on:");
@@ -243,6 +244,7 @@ TEST_F(ScriptOnScreen, AnErrorShowsOnBoxPanelAndLogUntilItIsMended) {
     frame();
     EXPECT_EQ(redOnBox(), 0);
     EXPECT_EQ(redOnPanel(), 0);
+    EXPECT_EQ(redAtTheFoot(), 0);
     EXPECT_EQ(panelOf("w").height, height);
     EXPECT_THAT(FaultsOf(wave()), IsEmpty());
 }

@@ -198,8 +198,8 @@ void AuthoringUser::answerQuestion(const std::string& keyName) {
     if (program_->running()) screen_.focus(window_);
 }
 
-void AuthoringUser::waitForFile(const std::string& path) {
-    ASSERT_TRUE(WaitUntil([&] { return fs::is_regular_file(path); })) << path;
+void AuthoringUser::waitFor(const std::string& what, const std::function<bool()>& reached) {
+    ASSERT_TRUE(WaitUntil(reached)) << what;
 }
 
 // The toolbar shows the clock and what frames cost, the foot says things for a while, and the

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -51,7 +52,8 @@ class AuthoringUser {
     // Waits for a message box of the real program, and answers it by a key.
     void answerQuestion(const std::string& keyName);
 
-    void waitForFile(const std::string& path);
+    // Fails when it does not come to be in time; `what` says what is waited for.
+    void waitFor(const std::string& what, const std::function<bool()>& reached);
     // Waits until the window shows what the twin does, and keeps the picture.
     void see(const std::string& pictureName);
     const std::vector<std::uint8_t>& seen() const { return seen_; }  // RGB, top row first

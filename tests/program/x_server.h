@@ -1,4 +1,5 @@
-// An X server of its own for one test.
+// An X server of its own for one test. Keys do not repeat: on a busy machine the release of one may
+// come late.
 #pragma once
 
 #include <unistd.h>
@@ -20,7 +21,7 @@ class XServer {
         const std::string number = std::to_string(ends[1]);
         server_ = std::make_unique<ChildProcess>(
             std::vector<std::string>{"Xvfb", "-displayfd", number, "-screen", "0", screen,
-                                     "-nolisten", "tcp"},
+                                     "-nolisten", "tcp", "-r"},
             std::map<std::string, std::string>{}, "");
         close(ends[1]);
         char text[32] = {};
