@@ -130,14 +130,22 @@ std::optional<FolderWatch::Stamp> FolderWatch::stampOf(const std::string& name) 
                  status.st_ctim.tv_sec * kNanoseconds + status.st_ctim.tv_nsec};
 }
 
-std::map<std::string, FolderWatch::Stamp> FolderWatch::listFiles() const {
+bool FolderWatch::isLink(const std::string& name) const {
+    struct stat status = {};
+    return place_ && lstat((place_->path + "/" + name).c_str(), &status) == 0 &&
+           S_ISLNK(status.st_mode);
+}
+
+std::map<std::string, FolderWatch::Stamp> FolderWatch::listFiles() {
     std::map<std::string, Stamp> files;
+    anyLink_ = false;
     if (!place_) return files;
     std::error_code error;
     fs::directory_iterator entry(place_->path, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         std::string name = entry->path().filename().string();
         if (!isWanted_(name)) continue;
+        anyLink_ = anyLink_ || isLink(name);
         if (const auto stamp = stampOf(name)) files.emplace(std::move(name), *stamp);
     }
     return files;
@@ -157,7 +165,8 @@ void FolderWatch::watchFolder() {
 void FolderWatch::followFolder(double now) {
     nextFolderLook_ = now + kFolderSeconds;
     std::optional<Place> found = findFolder();
-    if (found == place_) return;
+    if (found == place_ && !lost_) return;
+    lost_ = false;
     if (found && place_ && found->path != place_->path) {
         known_.clear();
         restless_.clear();
@@ -176,7 +185,7 @@ void FolderWatch::takeEvents(double now) {
             compareAll(now);
             break;
         case Events::State::Lost:
-            place_ = std::nullopt;  // to be found anew, even in the same place
+            lost_ = true;
             nextFolderLook_ = now;
             break;
     }
@@ -205,7 +214,7 @@ double FolderWatch::restSeconds(const Restless& file) const {
     if (!file.stamp) return kGoneSeconds;
     if (file.open) return kOpenSeconds;
     if (file.stamp->size == 0) return kGoneSeconds;
-    return polls() ? kPolledQuietSeconds : kQuietSeconds;
+    return polls() || file.link ? kPolledQuietSeconds : kQuietSeconds;
 }
 
 std::vector<FileChange> FolderWatch::takeRested(double now) {
@@ -217,6 +226,8 @@ std::vector<FileChange> FolderWatch::takeRested(double now) {
         if (file.looked && stamp != file.stamp) file.since = now;
         file.stamp = stamp;
         file.looked = true;
+        file.link = isLink(name);
+        anyLink_ = anyLink_ || file.link;
         if (now - file.since < restSeconds(file)) {
             ++it;
             continue;
@@ -239,8 +250,8 @@ std::vector<FileChange> FolderWatch::takeChanges(double nowSeconds) {
     nextLook_ = nowSeconds + kLookSeconds;
     if (events_ != nullptr) takeEvents(nowSeconds);
     if (nowSeconds >= nextFolderLook_) followFolder(nowSeconds);
-    if (polls() && nowSeconds >= nextPoll_) {
-        nextPoll_ = nowSeconds + kPollSeconds;
+    if ((polls() || anyLink_) && nowSeconds >= nextPoll_) {
+        nextPoll_ = nowSeconds + (polls() ? kPollSeconds : kLinkSeconds);
         compareAll(nowSeconds);
     }
     if (restless_.empty()) return {};

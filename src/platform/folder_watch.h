@@ -1,7 +1,8 @@
 // Tells which files of a folder were changed, made or deleted, once they are at rest: programs save
 // by writing in place, by truncating first, or by renaming a new file over the old one, and what is
 // half written is no news yet. The system tells of changes (inotify); where it refuses, the folder
-// is looked at twice a second. There is no thread: whoever wants to know asks each frame, which is
+// is looked at twice a second, and once a second while there are links, since it does not tell of
+// the files that they lead to. There is no thread: whoever wants to know asks each frame, which is
 // a comparison of two numbers but for some times a second. Main thread.
 #pragma once
 
@@ -39,6 +40,7 @@ class FolderWatch {
 
     static constexpr double kLookSeconds = 0.05;  // between two looks at what the system tells
     static constexpr double kPollSeconds = 0.5;   // between two looks at all files
+    static constexpr double kLinkSeconds = 1;     // the same where only links want it
     static constexpr double kFolderSeconds = 1;   // between two looks where the folder is
     static constexpr double kQuietSeconds = 0.1;  // a file is at rest
     static constexpr double kPolledQuietSeconds = 0.3;
@@ -65,12 +67,14 @@ class FolderWatch {
         double since = 0;  // seconds
         bool open = false;
         bool looked = false;
+        bool link = false;
         std::optional<Stamp> stamp;  // none: there is no such file
     };
 
     std::optional<Place> findFolder() const;
     std::optional<Stamp> stampOf(const std::string& name) const;
-    std::map<std::string, Stamp> listFiles() const;
+    bool isLink(const std::string& name) const;
+    std::map<std::string, Stamp> listFiles();
     void followFolder(double now);
     void watchFolder();
     void takeEvents(double now);
@@ -83,6 +87,8 @@ class FolderWatch {
     std::function<bool(std::string_view)> isWanted_;
     std::unique_ptr<Events> events_;  // null: polls
     std::optional<Place> place_;      // none: there is no such folder
+    bool lost_ = false;     // it was moved or deleted: to be found anew, even in its place
+    bool anyLink_ = false;  // among the wanted names, wherever it leads
     std::map<std::string, Stamp> known_;
     std::map<std::string, Restless> restless_;
     double nextLook_ = 0, nextPoll_ = 0, nextFolderLook_ = 0;  // seconds

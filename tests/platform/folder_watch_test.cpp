@@ -35,6 +35,11 @@ class FolderWatchTest : public ::testing::TestWithParam<FolderWatch::Means> {
     void write(const std::string& name, std::string_view text) const {
         folder_.write("Scripts/" + name, text);
     }
+    // So that a write has another time however coarse the system's clock of files is.
+    void makeOld(const std::string& file) const {
+        const timespec old[2] = {{1000, 0}, {1000, 0}};
+        ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), old, 0), 0);
+    }
     // Asks every hundredth of a second for as long as it takes; what came, gone files with a "-".
     std::vector<std::string> after(double seconds) {
         std::vector<std::string> names;
@@ -74,6 +79,7 @@ TEST_P(FolderWatchTest, TellsOnceOfAFileWrittenInPlace) {
 }
 
 TEST_P(FolderWatchTest, TellsOfAChangeThatKeepsTheSize) {
+    makeOld(path("a.node"));
     watch();
     write("a.node", "eno");
     EXPECT_THAT(atRest(), ElementsAre("a.node"));
@@ -88,8 +94,7 @@ TEST_P(FolderWatchTest, TellsOfAFileThatIsRenamedOverTheOldOne) {
 
 TEST_P(FolderWatchTest, TellsOfAFileFromAnotherFolderWithAnOldTime) {
     folder_.write("kept.node", "old");
-    const timespec old[2] = {{1000, 0}, {1000, 0}};
-    utimensat(AT_FDCWD, folder_.file("kept.node").c_str(), old, 0);
+    makeOld(folder_.file("kept.node"));
     watch();
     fs::rename(folder_.file("kept.node"), path("a.node"));
     EXPECT_THAT(atRest(), ElementsAre("a.node"));
@@ -170,6 +175,30 @@ TEST_P(FolderWatchTest, FollowsALinkThatIsReplaced) {
     EXPECT_THAT(atRest(), ElementsAre("c.node"));
 }
 
+TEST_P(FolderWatchTest, TellsOfALinkWhoseTargetIsWritten) {
+    folder_.write("other/b.node", "far");
+    fs::create_symlink(folder_.file("other/b.node"), path("c.node"));
+    watch();
+    folder_.write("other/b.node", "farther");
+    EXPECT_THAT(atRest(), ElementsAre("c.node"));
+    fs::remove(folder_.file("other/b.node"));
+    EXPECT_THAT(atRest(), ElementsAre("-c.node"));
+    folder_.write("other/b.node", "again");
+    EXPECT_THAT(atRest(), ElementsAre("c.node"));
+    EXPECT_THAT(atRest(), IsEmpty());
+}
+
+TEST_P(FolderWatchTest, TellsOfTheTargetOfALinkThatCameLater) {
+    watch();
+    fs::create_symlink(folder_.file("other.node"), path("c.node"));
+    EXPECT_THAT(atRest(), IsEmpty()) << "it leads nowhere yet";
+    folder_.write("other.node", "far");
+    EXPECT_THAT(atRest(), ElementsAre("c.node"));
+    folder_.write("new.node", "farther");
+    fs::rename(folder_.file("new.node"), folder_.file("other.node"));
+    EXPECT_THAT(atRest(), ElementsAre("c.node"));
+}
+
 TEST_P(FolderWatchTest, NoticesTheFolderWhenItComes) {
     fs::remove_all(folder_.path() / "Scripts");
     watch();
@@ -191,6 +220,19 @@ TEST_P(FolderWatchTest, FollowsAFolderThatIsReplaced) {
     EXPECT_THAT(atRest(), ElementsAre("a.node"));
     write("a.node", "newest");
     EXPECT_THAT(atRest(), ElementsAre("a.node"));
+}
+
+TEST_P(FolderWatchTest, LeavesAFolderThatIsMovedAway) {
+    watch();
+    fs::rename(folder_.path() / "Scripts", folder_.path() / "Aside");
+    EXPECT_THAT(atRest(), ElementsAre("-a.node", "-b.node"));
+    folder_.write("Aside/a.node", "not seen there");
+    folder_.write("Aside/c.node", "nor this");
+    EXPECT_THAT(atRest(), IsEmpty());
+    fs::rename(folder_.path() / "Aside", folder_.path() / "Scripts");
+    EXPECT_THAT(atRest(), ElementsAre("a.node", "b.node", "c.node"));
+    write("b.node", "seen again");
+    EXPECT_THAT(atRest(), ElementsAre("b.node"));
 }
 
 TEST_P(FolderWatchTest, GoesToAnotherWorkingFolderWhereNothingIsGone) {
