@@ -244,6 +244,7 @@ void Engine::refuseScript(NodeScript& known, const NodeScript& script, const std
     if (runs) {
         refusedScripts_[script.fileName] = driverLog;
     } else {
+        refusedScripts_.erase(script.fileName);
         known = script;
         listTypeNames();
     }

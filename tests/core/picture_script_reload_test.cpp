@@ -318,6 +318,15 @@ TEST_F(ScriptReloadTest, ANodeMadeWhileTheScriptIsBrokenRunsWhatRanBefore) {
     EXPECT_FALSE(node("t").hasError);
 }
 
+TEST_F(ScriptReloadTest, ANodeMadeWhenNoneRunsTellsTheFaultsOfTheFileAsItIs) {
+    save(broken());
+    engine_.deleteNode("s");
+    save(text("Test", "", "vec4(worse)"));
+    engine_.createNode("t", "Test");
+    ASSERT_FALSE(node("t").faults().empty());
+    EXPECT_THAT(node("t").faults().front(), HasSubstr("worse"));
+}
+
 TEST_F(ScriptReloadTest, AScriptThatNeverRanIsMended) {
     write("c.node", text("Other", "", "vec4(nothing)"));
     take("c.node");
