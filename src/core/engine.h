@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -69,8 +70,9 @@ class Engine : public Value_Keyframe_Handler {
     // Takes up files of the folder Scripts that were changed, made or deleted while the program
     // runs; between frames. Nodes of a changed script get the new shader and keep values, keys and
     // links by name. Where the shader does not compile, they keep the version that runs and have an
-    // error until it is mended. The nodes of a deleted file stay as they are, and its type stays on
-    // offer. Each file is told of in one line.
+    // error until it is mended. The nodes of a deleted file go to another one of its type; where
+    // there is none they stay as they are, and the type stays on offer. Each file is told of in one
+    // line.
     ScriptChanges takeScriptFiles(const std::vector<FileChange>& files);
     // One frame: music, animation, then every output in order, each with what it pulls.
     void update(float timeSeconds);
@@ -162,17 +164,22 @@ class Engine : public Value_Keyframe_Handler {
   private:
     // --- node scripts: engine_scripts.cpp
     void scanScripts(bool& folderOpened);
+    void listScripts();
     void listTypeNames();
     NodeScript* scriptOfFile(std::string_view path);
     std::vector<ImageNode_Shader*> nodesOfFile(std::string_view path) const;
-    void takeScriptFile(const std::string& name, ScriptChanges& changes);
+    void takeScriptFile(const std::string& name, std::vector<NodeScript>& waiting,
+                        ScriptChanges& changes);
+    bool anyBehind(const std::string& path) const;
+    void takeWaiting(std::vector<NodeScript> waiting, ScriptChanges& changes);
     bool followMovedFile(const NodeScript& script, ScriptChanges& changes);
-    bool nameIsTaken(const NodeScript& script) const;
+    bool nameIsTaken(const NodeScript& script, std::span<const NodeScript> leaving = {}) const;
     void addScript(NodeScript script, ScriptChanges& changes);
     void renewScript(NodeScript& known, const NodeScript& script, ScriptChanges& changes);
     void refuseScript(NodeScript& known, const NodeScript& script, const std::string& driverLog,
                       ScriptChanges& changes);
     void loseScript(const std::string& path, ScriptChanges& changes);
+    void handOver(const std::string& path, NodeScript& copy, ScriptChanges& changes);
     void takeScriptIn(ImageNode_Shader& node, const NodeScript& script,
                       std::unique_ptr<ShaderProgram> program, ScriptChanges& changes);
     void retargetTracks(ImageNode_Shader& node, const RetiredParams& old);

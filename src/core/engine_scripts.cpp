@@ -69,6 +69,12 @@ void Engine::scanScripts(bool& folderOpened) {
     }
 }
 
+// In the order of the scan, wherever they came from.
+void Engine::listScripts() {
+    std::ranges::stable_sort(scripts, {}, &NodeScript::fileName);
+    listTypeNames();
+}
+
 void Engine::listTypeNames() {
     typeNames.clear();
     for (const NodeScript& script : scripts) typeNames.push_back(script.name);
@@ -102,16 +108,20 @@ std::unique_ptr<Node> Engine::makeScriptNode(const std::string& nodeId, const No
 // Files that are there come first, so that one that was given another name is known as such.
 ScriptChanges Engine::takeScriptFiles(const std::vector<FileChange>& files) {
     ScriptChanges changes;
+    std::vector<NodeScript> waiting;
     for (const FileChange& file : files) {
-        if (!file.gone) takeScriptFile(file.name, changes);
+        if (!file.gone) takeScriptFile(file.name, waiting, changes);
     }
+    takeWaiting(std::move(waiting), changes);
     for (const FileChange& file : files) {
         if (file.gone) loseScript(ScriptPath(file.name), changes);
     }
     return changes;
 }
 
-void Engine::takeScriptFile(const std::string& name, ScriptChanges& changes) {
+// A file whose new name another one still has goes to those that wait.
+void Engine::takeScriptFile(const std::string& name, std::vector<NodeScript>& waiting,
+                            ScriptChanges& changes) {
     const std::string path = ScriptPath(name);
     if (scriptOfFile(path) == nullptr && !IsWrittenScriptName(name)) return;
     NodeScript script;
@@ -121,12 +131,51 @@ void Engine::takeScriptFile(const std::string& name, ScriptChanges& changes) {
         return addScript(std::move(script), changes);
     }
     NodeScript& known = *scriptOfFile(path);
-    if (known == script && !refusedScripts_.contains(path)) return;
+    if (known == script && !anyBehind(path)) return;
     if (known.name != script.name && nameIsTaken(script)) {
-        return TellFault(changes, path,
-                         "cannot be taken up: there is another type \"" + script.name + "\"");
+        waiting.push_back(std::move(script));
+    } else {
+        renewScript(known, script, changes);
     }
-    renewScript(known, script, changes);
+}
+
+// Is there a node, or will there be one, that does not run the last version of its script, though
+// it runs another one?
+bool Engine::anyBehind(const std::string& path) const {
+    if (refusedScripts_.contains(path)) return true;
+    const std::vector<ImageNode_Shader*> users = nodesOfFile(path);
+    return std::any_of(users.begin(), users.end(), [](const ImageNode_Shader* node) {
+        return node->hasError && node->program->linked;
+    });
+}
+
+// Names may move between files, also in a circle: each file that waits may get the name of another
+// one that waits, unless that one cannot leave it.
+void Engine::takeWaiting(std::vector<NodeScript> waiting, ScriptChanges& changes) {
+    const auto tellTaken = [&](const NodeScript& script) {
+        TellFault(changes, script.fileName,
+                  "cannot be taken up: there is another type \"" + script.name + "\"");
+    };
+    for (std::size_t i = 0; i < waiting.size();) {
+        if (!nameIsTaken(waiting[i], waiting)) {
+            ++i;
+            continue;
+        }
+        tellTaken(waiting[i]);
+        waiting.erase(waiting.begin() + static_cast<std::ptrdiff_t>(i));
+        i = 0;  // its own name stays taken, which those before may want
+    }
+    while (!waiting.empty()) {
+        const NodeScript script = std::move(waiting.front());
+        waiting.erase(waiting.begin());
+        NodeScript* known = scriptOfFile(script.fileName);
+        if (known == nullptr) continue;  // gone meanwhile, and another file is in its place
+        if (nameIsTaken(script, waiting)) {
+            tellTaken(script);  // another one that waited has got it
+        } else {
+            renewScript(*known, script, changes);
+        }
+    }
 }
 
 // A file that has come in the place of another one, which has gone, with the same type: the other
@@ -143,31 +192,33 @@ bool Engine::followMovedFile(const NodeScript& script, ScriptChanges& changes) {
         }
         Tell(changes, known.fileName, "is now " + script.fileName);
         known.fileName = script.fileName;
+        listScripts();
         return true;
     }
     return false;
 }
 
-bool Engine::nameIsTaken(const NodeScript& script) const {
+// The names of `leaving` are as good as free: these files have others now.
+bool Engine::nameIsTaken(const NodeScript& script, std::span<const NodeScript> leaving) const {
+    const auto leaves = [&](const NodeScript& other) {
+        return std::ranges::find(leaving, other.fileName, &NodeScript::fileName) != leaving.end();
+    };
     return std::any_of(builtInTypes_.begin(), builtInTypes_.end(),
                        [&](const NodeType& type) { return script.name == type.name; }) ||
            std::any_of(scripts.begin(), scripts.end(), [&](const NodeScript& other) {
-               return other.name == script.name && other.fileName != script.fileName;
+               return other.name == script.name && other.fileName != script.fileName &&
+                      !leaves(other);
            });
 }
 
-// In the place that it would have had when the program started.
 void Engine::addScript(NodeScript script, ScriptChanges& changes) {
     const std::unique_ptr<ShaderProgram> program = ImageNode_Shader::MakeProgram(script);
     Tell(changes, script.fileName,
          (nameIsTaken(script) ? "another script of the type \"" : "new node type \"") +
              script.name + "\"");
     if (!program->linked) TellFault(changes, script.fileName, CompileFault(program->errorLog()));
-    const auto place = std::upper_bound(
-        scripts.begin(), scripts.end(), script,
-        [](const NodeScript& a, const NodeScript& b) { return a.fileName < b.fileName; });
-    scripts.insert(place, std::move(script));
-    listTypeNames();
+    scripts.push_back(std::move(script));
+    listScripts();
 }
 
 void Engine::renewScript(NodeScript& known, const NodeScript& script, ScriptChanges& changes) {
@@ -179,19 +230,30 @@ void Engine::renewScript(NodeScript& known, const NodeScript& script, ScriptChan
     const std::vector<ImageNode_Shader*> users = nodesOfFile(script.fileName);
     const bool mended = std::any_of(users.begin(), users.end(),
                                     [](const ImageNode_Shader* node) { return node->hasError; });
+    std::size_t taken = 0;
+    std::string driverLog;
     for (ImageNode_Shader* node : users) {
         if (program == nullptr) program = ImageNode_Shader::MakeProgram(script);
-        takeScriptIn(*node, script, std::move(program), changes);
+        nodeTypes[node->id] = script.name;
+        if (program->linked) {
+            takeScriptIn(*node, script, std::move(program), changes);
+            ++taken;
+        } else {
+            // The driver may fail with any program. This node alone runs on as it is.
+            driverLog = program->errorLog();
+            node->refuseScript(driverLog);
+            program = nullptr;
+        }
     }
     if (!changes.otherParams.empty()) orderValues();
-    const std::string by = users.empty() ? "" : " by " + CountOfNodes(users.size());
+    if (taken < users.size()) TellFault(changes, script.fileName, CompileFault(driverLog));
+    const std::string by = users.empty() ? "" : " by " + CountOfNodes(taken);
     Tell(changes, script.fileName, (mended ? "mended, and taken up" : "taken up") + by);
 }
 
 void Engine::takeScriptIn(ImageNode_Shader& node, const NodeScript& script,
                           std::unique_ptr<ShaderProgram> program, ScriptChanges& changes) {
     TakenScript taken = node.takeScript(script, std::move(program));
-    nodeTypes[node.id] = script.name;
     changes.otherInputs = changes.otherInputs || taken.otherInputs;
     if (!taken.retired) return;
     retargetTracks(node, *taken.retired);
@@ -251,9 +313,41 @@ void Engine::refuseScript(NodeScript& known, const NodeScript& script, const std
 }
 
 void Engine::loseScript(const std::string& path, ScriptChanges& changes) {
-    if (scriptOfFile(path) == nullptr) return;
-    const std::size_t users = nodesOfFile(path).size();
-    const std::string nodesToo = users == 0 ? std::string() : " and its " + CountOfNodes(users);
+    const NodeScript* known = scriptOfFile(path);
+    if (known == nullptr) return;
+    const std::vector<ImageNode_Shader*> users = nodesOfFile(path);
+    const std::string whose =
+        users.empty() ? "its type" : "its type and its " + CountOfNodes(users.size());
+    const auto copy = std::find_if(scripts.begin(), scripts.end(), [&](const NodeScript& other) {
+        return &other != known && other.name == known->name && FileExists(other.fileName);
+    });
+    if (copy == scripts.end()) {
+        return Tell(changes, path,
+                    "has gone; " + whose + (users.empty() ? " stays" : " stay") + " till the end");
+    }
     Tell(changes, path,
-         "has gone; its type" + nodesToo + " stay" + (users == 0 ? "s" : "") + " till the end");
+         "has gone; " + whose + (users.empty() ? " goes" : " go") + " on with " + copy->fileName);
+    handOver(path, *copy, changes);
+}
+
+// The nodes of a file that has gone are those of a copy now, and run its version of the script.
+void Engine::handOver(const std::string& path, NodeScript& copy, ScriptChanges& changes) {
+    const std::string heir = copy.fileName;
+    const NodeScript theirs = copy;
+    NodeScript ours = *scriptOfFile(path);
+    ours.fileName = heir;
+    const std::vector<ImageNode_Shader*> users = nodesOfFile(path);
+    const bool behind = anyBehind(path);
+    for (ImageNode_Shader* node : users) node->script.fileName = heir;
+    refusedScripts_.erase(path);
+    std::erase_if(scripts, [&](const NodeScript& script) { return script.fileName == path; });
+    listTypeNames();
+    const auto refused = refusedScripts_.find(heir);
+    if (refused != refusedScripts_.end()) {
+        for (ImageNode_Shader* node : users) node->refuseScript(refused->second);
+    } else if (!users.empty() && (behind || ours != theirs)) {
+        NodeScript& known = *scriptOfFile(heir);
+        known = std::move(ours);  // what runs, for the case that the copy does not compile
+        renewScript(known, theirs, changes);
+    }
 }

@@ -8,6 +8,7 @@
 #include "gpu/shader_program.h"
 #include "platform/debug_output.h"
 #include "platform/folder_watch.h"
+#include "support/broken_shaders.h"
 #include "support/graph_fixture.h"
 #include "support/temp_folder.h"
 
@@ -16,6 +17,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 // Half floats store 10 bits behind the leading one.
 constexpr float kHalfFloat = 1.0f / 1024;
@@ -409,6 +411,114 @@ TEST_F(ScriptReloadTest, ADeletedFileLeavesNodesAndTypeAsTheyAre) {
     expectPicture(node(), {0.25f, 0, 0, 1});
 }
 
+TEST_F(ScriptReloadTest, ACopyTakesOverTheNodesOfAFileThatGoesLater) {
+    write("z.node", folder_.read("Scripts/b.node"));
+    take("z.node");
+    EXPECT_EQ(lose("b.node").told,
+              ".\\Scripts\\b.node: has gone; its type and its 1 node go on with "
+              ".\\Scripts\\z.node");
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Test", "Picture"));
+    EXPECT_EQ(engine_.scripts.front().fileName, ".\\Scripts\\z.node");
+    write("z.node", text("Test", "", "vec4(0, 1, 0, 1)"));
+    EXPECT_EQ(take("z.node").told, ".\\Scripts\\z.node: taken up by 1 node");
+    expectPicture(node(), {0, 1, 0, 1});
+    EXPECT_EQ(lose("z.node").told,
+              ".\\Scripts\\z.node: has gone; its type and its 1 node stay till the end");
+}
+
+TEST_F(ScriptReloadTest, NodesTakeUpTheTextOfTheCopyThatTakesThemOver) {
+    *floats("A") = 0.5f;
+    write("z.node", text("Test", "Param 0, \"A\", float, 0, 1, 0\n", "vec4(0, A, 0, 1)"));
+    take("z.node");
+    save(broken());
+    const ScriptChanges changes = lose("b.node");
+    EXPECT_EQ(changes.told, ".\\Scripts\\z.node: mended, and taken up by 1 node");
+    EXPECT_FALSE(changes.anyFault);
+    EXPECT_EQ(engine_.scripts.size(), 1u);
+    EXPECT_FALSE(node().hasError);
+    expectPicture(node(), {0, 0.5f, 0, 1});
+    engine_.createNode("t", "Test");
+    EXPECT_FALSE(node("t").hasError) << "the faults went with their file";
+}
+
+TEST_F(ScriptReloadTest, NodesRunOnWhenTheCopyThatTakesThemOverDoesNotCompile) {
+    write("z.node", broken());
+    take("z.node");
+    EXPECT_THAT(lose("b.node").told, HasSubstr("z.node: its shader does not compile: line 7"));
+    EXPECT_TRUE(node().hasError);
+    expectPicture(node(), {0.25f, 0, 0, 1});
+    engine_.createNode("t", "Test");
+    EXPECT_TRUE(node("t").hasError);
+    expectPicture(node("t"), {0.25f, 0, 0, 1});
+    write("z.node", text("Test", "", "vec4(0, 1, 0, 1)"));
+    take("z.node");
+    EXPECT_FALSE(node().hasError);
+    expectPicture(node(), {0, 1, 0, 1});
+}
+
+TEST_F(ScriptReloadTest, NodesRunOnWithTheFaultsOfACopyThatRanBefore) {
+    write("a.node", text("Test", "", "vec4(0, 0, 1, 1)"));
+    take("a.node");
+    engine_.createNode("t", "Test");
+    write("a.node", broken());
+    take("a.node");
+    EXPECT_FALSE(node("s").hasError);
+    lose("b.node");
+    ASSERT_FALSE(node("s").faults().empty());
+    EXPECT_THAT(node("s").faults().front(), HasSubstr("nothing"));
+    expectPicture(node("s"), {0.25f, 0, 0, 1});
+    expectPicture(node("t"), {0, 0, 1, 1});
+    write("a.node", text("Test", "", "vec4(0, 1, 0, 1)"));
+    EXPECT_EQ(take("a.node").told, ".\\Scripts\\a.node: mended, and taken up by 2 nodes");
+    expectPicture(node("s"), {0, 1, 0, 1});
+    expectPicture(node("t"), {0, 1, 0, 1});
+}
+
+TEST_F(ScriptReloadTest, ACopyWithoutNodesGoesFromTheListWithItsFile) {
+    write("a.node", text("Test", "", "vec4(0, 0, 1, 1)"));
+    take("a.node");
+    const ShaderProgram* program = node().program.get();
+    EXPECT_EQ(lose("a.node").told,
+              ".\\Scripts\\a.node: has gone; its type goes on with .\\Scripts\\b.node");
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Test", "Picture"));
+    EXPECT_EQ(node().program.get(), program);
+}
+
+TEST_F(ScriptReloadTest, AFileWithAnotherNameGoesToItsPlaceInTheList) {
+    write("c.node", text("Late", "", "vec4(1)"));
+    take("c.node");
+    std::filesystem::rename(folder_.file("Scripts/b.node"), folder_.file("Scripts/z.node"));
+    engine_.takeScriptFiles({{"b.node", true}, {"z.node", false}});
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Late", "Test", "Picture"));
+    write("y.node", text("Later", "", "vec4(1)"));
+    take("y.node");
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Late", "Later", "Test", "Picture"));
+}
+
+TEST_F(ScriptReloadTest, ANodeWhoseProgramFailsAloneKeepsItsLastOne) {
+    engine_.createNode("t", "Test");
+    *floats("A", "t") = 0.5f;
+    write("b.node", text("Better", "Param 0, \"B\", float, 0, 1, 1\n", "vec4(0, B, 0, 1)"));
+    {
+        const BrokenShaders second("uniform vec4 C", "", 1);
+        const ScriptChanges changes = take();
+        EXPECT_EQ(second.count(), 1);
+        EXPECT_TRUE(changes.anyFault);
+        EXPECT_THAT(changes.told, HasSubstr("b.node: its shader does not compile"));
+        EXPECT_EQ(changes.otherParams.size(), 1u);
+    }
+    EXPECT_FALSE(node("s").hasError);
+    EXPECT_TRUE(node("t").hasError);
+    EXPECT_THAT(node("t").faults(), Not(IsEmpty()));
+    EXPECT_EQ(*engine_.nodeTypes.find("t"), "Better") << "its old type is none any more";
+    EXPECT_THAT(valueNames("t"), ElementsAre("A"));
+    expectPicture(node("s"), {0, 1, 0, 1});
+    expectPicture(node("t"), {0.5f, 0, 0, 1});
+    EXPECT_EQ(take().told, ".\\Scripts\\b.node: mended, and taken up by 2 nodes");
+    EXPECT_FALSE(node("t").hasError);
+    expectPicture(node("t"), {0, 1, 0, 1});
+}
+
 TEST_F(ScriptReloadTest, NodesGoWithAFileThatIsGivenAnotherName) {
     std::filesystem::rename(folder_.file("Scripts/b.node"), folder_.file("Scripts/z.node"));
     const ScriptChanges changes = engine_.takeScriptFiles({{"b.node", true}, {"z.node", false}});
@@ -434,6 +544,64 @@ TEST_F(ScriptReloadTest, ANameThatAnotherTypeHasIsNotTakenUp) {
               ".\\Scripts\\b.node: cannot be taken up: there is another type \"Picture\"");
     EXPECT_EQ(*engine_.nodeTypes.find("s"), "Test");
     expectPicture(node(), {0.25f, 0, 0, 1});
+}
+
+TEST_F(ScriptReloadTest, NamesMoveAlongARowOfFilesAtOnce) {
+    write("c.node", text("Other", "", "vec4(0, 0, 1, 1)"));
+    write("d.node", text("Third", "", "vec4(1)"));
+    engine_.takeScriptFiles({{"c.node", false}, {"d.node", false}});
+    engine_.createNode("o", "Other");
+    const std::size_t before = BadFileCount();
+    write("b.node", text("Other", "", "vec4(0, 1, 0, 1)"));
+    write("c.node", text("Third", "", "vec4(0, 1, 1, 1)"));
+    write("d.node", text("Fourth", "", "vec4(1)"));
+    engine_.takeScriptFiles({{"b.node", false}, {"c.node", false}, {"d.node", false}});
+    EXPECT_EQ(BadFileCount(), before);
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Other", "Third", "Fourth", "Picture"));
+    EXPECT_EQ(*engine_.nodeTypes.find("s"), "Other");
+    EXPECT_EQ(*engine_.nodeTypes.find("o"), "Third");
+    expectPicture(node("s"), {0, 1, 0, 1});
+    expectPicture(node("o"), {0, 1, 1, 1});
+}
+
+TEST_F(ScriptReloadTest, TwoFilesExchangeTheirNames) {
+    write("c.node", text("Other", "", "vec4(0, 0, 1, 1)"));
+    take("c.node");
+    engine_.createNode("o", "Other");
+    write("b.node", text("Other", "", "vec4(0, 1, 0, 1)"));
+    write("c.node", text("Test", "", "vec4(0, 1, 1, 1)"));
+    EXPECT_FALSE(engine_.takeScriptFiles({{"b.node", false}, {"c.node", false}}).anyFault);
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Other", "Test", "Picture"));
+    EXPECT_EQ(*engine_.nodeTypes.find("s"), "Other");
+    EXPECT_EQ(*engine_.nodeTypes.find("o"), "Test");
+    expectPicture(node("s"), {0, 1, 0, 1});
+    expectPicture(node("o"), {0, 1, 1, 1});
+}
+
+TEST_F(ScriptReloadTest, NamesDoNotMoveWhereTheLastOneIsTaken) {
+    write("c.node", text("Other", "", "vec4(0, 0, 1, 1)"));
+    take("c.node");
+    const std::size_t before = BadFileCount();
+    write("b.node", text("Other", "", "vec4(1)"));
+    write("c.node", text("Picture", "", "vec4(1)"));
+    const ScriptChanges changes = engine_.takeScriptFiles({{"b.node", false}, {"c.node", false}});
+    EXPECT_TRUE(changes.anyFault);
+    EXPECT_EQ(BadFileCount(), before + 2);
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Test", "Other", "Picture"));
+    expectPicture(node(), {0.25f, 0, 0, 1});
+}
+
+TEST_F(ScriptReloadTest, OnlyOneFileGetsANameThatTwoWant) {
+    write("c.node", text("Other", "", "vec4(1)"));
+    write("d.node", text("Third", "", "vec4(1)"));
+    engine_.takeScriptFiles({{"c.node", false}, {"d.node", false}});
+    const std::size_t before = BadFileCount();
+    write("b.node", text("Third", "", "vec4(1)"));
+    write("c.node", text("Third", "", "vec4(1)"));
+    write("d.node", text("Fourth", "", "vec4(1)"));
+    engine_.takeScriptFiles({{"b.node", false}, {"c.node", false}, {"d.node", false}});
+    EXPECT_EQ(BadFileCount(), before + 1);
+    EXPECT_THAT(engine_.typeNames, ElementsAre("Third", "Other", "Fourth", "Picture"));
 }
 
 TEST_F(ScriptReloadTest, AProjectSavedAfterwardsIsThatOfALoad) {
