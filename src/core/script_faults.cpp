@@ -1,5 +1,6 @@
 #include "core/script_faults.h"
 
+#include <algorithm>
 #include <cctype>
 #include <optional>
 
@@ -60,6 +61,14 @@ std::optional<std::string> LineFirst(std::string_view text) {
     return result;
 }
 
+bool NamesAnError(std::string_view line) {
+    constexpr std::string_view kWord = "error";
+    const auto sameLetter = [](char a, char b) {
+        return std::tolower(static_cast<unsigned char>(a)) == b;
+    };
+    return !std::ranges::search(line, kWord, sameLetter).empty();
+}
+
 }  // namespace
 
 std::vector<std::string> ScriptFaults(std::string_view driverLog) {
@@ -75,7 +84,7 @@ std::vector<std::string> ScriptFaults(std::string_view driverLog) {
 
 std::string FirstError(const std::vector<std::string>& faults) {
     for (const std::string& fault : faults) {
-        if (fault.find("error") != std::string::npos) return fault;
+        if (NamesAnError(fault)) return fault;
     }
     return faults.empty() ? std::string() : faults.front();
 }

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "core/engine.h"
-#include "core/script_faults.h"
 #include "editor/link_curve.h"
 #include "editor/ui_master.h"
 #include "editor/ui_node.h"
@@ -271,7 +270,7 @@ void UI_NodeCanvas::drawHoverName() {
 void UI_NodeCanvas::drawFault(const UI_Node& box) {
     const Node* node = host.graph().findNode(box.id);
     if (node == nullptr) return;
-    const std::string fault = FirstError(FaultsOf(*node));
+    const std::string fault = MainFaultOf(*node);
     if (!fault.empty()) {
         master->ShowTooltip(fault, view.screenX(box.x), view.screenY(box.y + box.height) + 8);
     }

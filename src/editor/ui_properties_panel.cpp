@@ -4,6 +4,7 @@
 
 #include "core/engine.h"
 #include "core/image_node_shader.h"
+#include "core/script_faults.h"
 #include "editor/ui_checkbox.h"
 #include "editor/ui_color_selector.h"
 #include "editor/ui_direction.h"
@@ -71,6 +72,13 @@ std::vector<std::string> FaultsOf(const Node& node) {
         faults.push_back(line);
     }
     return faults;
+}
+
+// Not the headline, which may have the word "error" in the name of the file.
+std::string MainFaultOf(const Node& node) {
+    const auto* shader = dynamic_cast<const ImageNode_Shader*>(&node);
+    const bool anyWords = node.hasError && shader != nullptr && !shader->faults().empty();
+    return FirstError(anyWords ? shader->faults() : FaultsOf(node));
 }
 
 UI_PropertiesPanel::UI_PropertiesPanel(Engine& owner, std::string nodeId)

@@ -14,6 +14,8 @@ class UI_ImagePanel;
 // What is wrong with a node, in lines; none when nothing is. Of a script's node these are the name
 // of the script's file and the compiler's words, with lines of that file.
 std::vector<std::string> FaultsOf(const Node& node);
+// The one to tell where there is room for one; empty when nothing is wrong.
+std::string MainFaultOf(const Node& node);
 
 class UI_PropertiesPanel : public UI_Panel {
   public:

@@ -28,6 +28,8 @@ TEST(ScriptFaults, StayAsTheyAreWithoutALine) {
 TEST(ScriptFaults, AreToldByTheFirstError) {
     EXPECT_EQ(FirstError({"line 2: warning: w", "line 3: error: e", "line 4: error: f"}),
               "line 3: error: e");
+    EXPECT_EQ(FirstError({"In the source:", "ERROR: no main"}), "ERROR: no main");
+    EXPECT_EQ(FirstError({"1 thing:", "Error: no main"}), "Error: no main");
     EXPECT_EQ(FirstError({"odd words"}), "odd words");
     EXPECT_EQ(FirstError({}), "");
     EXPECT_EQ(CompileFault("0:3(1): error: e\n"), "its shader does not compile: line 3: error: e");

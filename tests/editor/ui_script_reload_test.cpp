@@ -249,6 +249,24 @@ TEST_F(ScriptOnScreen, AnErrorShowsOnBoxPanelAndLogUntilItIsMended) {
     EXPECT_THAT(FaultsOf(wave()), IsEmpty());
 }
 
+TEST_F(ScriptOnScreen, TheFaultToldForShortIsTheCompilersWhateverTheNameOfTheFile) {
+    EXPECT_EQ(MainFaultOf(wave()), "");
+    wave().refuseScript("0:6(1): warning: odd\nERROR: 0:7: 'nothing' : undeclared identifier\n");
+    wave().script.fileName = ".\\Scripts\\error.node";
+    EXPECT_EQ(MainFaultOf(wave()), "line 7: error: 'nothing' : undeclared identifier");
+    std::string warnings;
+    for (int i = 1; i < 20; ++i) warnings += "0:" + std::to_string(i) + "(1): warning: odd\n";
+    wave().refuseScript(warnings + "0:20(1): error: far down\n");
+    EXPECT_EQ(MainFaultOf(wave()), "line 20: error: far down");
+    wave().refuseScript("ERROR: no main\n");
+    EXPECT_EQ(MainFaultOf(wave()), "ERROR: no main");
+    wave().refuseScript("");
+    EXPECT_EQ(MainFaultOf(wave()), "error.node does not compile; what ran before runs on:");
+    Node& view = *engine.findNode("view");
+    view.setError(true);
+    EXPECT_EQ(MainFaultOf(view), "This node has a fault; the messages tell which.");
+}
+
 TEST_F(ScriptOnScreen, AnOpenPanelShowsTheNewParametersInItsPlace) {
     ui.OpenPanel("w");
     ui.OpenPanel("x");
