@@ -296,13 +296,14 @@ TEST_F(ScriptOnScreen, AWidgetInHandLetsGoWhenItsParameterGoes) {
     ui.OpenPanel("w");
     frame();
     ui.DrawFrame();
-    const UI_Object& row = *panelOf("w").children[0];
-    send(kLeftDown, row.x + row.width / 2, row.y + 9);
+    const UI_Object& row = *panelOf("w").children[0];  // goes with its parameter
+    const int x = row.x, y = row.y + 9;
+    send(kLeftDown, x + row.width / 2, y);
     ASSERT_NE(ui.master.captured, nullptr);
     save(text(size("Other"), "vec4(1)"));
     EXPECT_EQ(ui.master.captured, nullptr);
-    send(kMove, row.x + 20, row.y + 9);
-    send(kLeftUp, row.x + 20, row.y + 9);
+    send(kMove, x + 20, y);
+    send(kLeftUp, x + 20, y);
     frame();
     ui.DrawFrame();
     EXPECT_EQ(wave().script.params[0].value, 0.5f);
