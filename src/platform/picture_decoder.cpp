@@ -38,8 +38,8 @@ bool DecodeAnyFormat(FileBytes file, DecodedPicture& picture, std::string& reaso
 
 }  // namespace
 
-bool AllocatePicture(std::uint64_t width, std::uint64_t height, std::uint32_t channels,
-                     std::uint64_t mostPixelBytes, DecodedPicture& picture, std::string& reason) {
+bool PictureFits(std::uint64_t width, std::uint64_t height, std::uint32_t channels,
+                 std::uint64_t mostPixelBytes, std::string& reason) {
     if (width == 0 || height == 0) {
         reason = "the picture is empty";
         return false;
@@ -48,12 +48,17 @@ bool AllocatePicture(std::uint64_t width, std::uint64_t height, std::uint32_t ch
         reason = "the picture is too large";
         return false;
     }
-    const std::uint64_t pixelBytes = width * height * channels;
-    if (pixelBytes > mostPixelBytes) {
+    if (width * height * channels > mostPixelBytes) {
         reason = "the file is too short for the size that it tells";
         return false;
     }
-    picture.pixels.reset(new (std::nothrow) std::uint8_t[pixelBytes]);
+    return true;
+}
+
+bool AllocatePicture(std::uint64_t width, std::uint64_t height, std::uint32_t channels,
+                     std::uint64_t mostPixelBytes, DecodedPicture& picture, std::string& reason) {
+    if (!PictureFits(width, height, channels, mostPixelBytes, reason)) return false;
+    picture.pixels.reset(new (std::nothrow) std::uint8_t[width * height * channels]);
     if (!picture.pixels) {
         reason = "not enough memory";
         return false;

@@ -6,15 +6,14 @@
 #include <vector>
 
 #include "platform/picture_formats.h"
+#include "platform/stored_png.h"
 
 namespace {
-
-// Deflate packs at most this many bytes into one.
-constexpr std::uint64_t kDeflateRatio = 1032;
 
 // All that must be released lives here, outside of the functions that libpng jumps out of.
 struct PngJob {
     FileBytes file;
+    std::optional<StoredPng> stored;  // read in place of the file
     std::size_t at = 0;
     png_structp png = nullptr;
     png_infop info = nullptr;
@@ -28,6 +27,10 @@ struct PngJob {
 
 void ReadBytes(png_structp png, png_bytep to, std::size_t count) {
     PngJob& job = *static_cast<PngJob*>(png_get_io_ptr(png));
+    if (job.stored) {
+        if (!job.stored->read(to, count)) png_error(png, "the data is cut short");
+        return;
+    }
     if (count > job.file.size() - job.at) png_error(png, "the file is cut short");
     std::memcpy(to, job.file.data() + job.at, count);
     job.at += count;
@@ -40,6 +43,14 @@ void ReadBytes(png_structp png, png_bytep to, std::size_t count) {
 }
 
 void OnWarning(png_structp, png_const_charp) {}
+
+// What is stored has been compared with the file's sums, and is read in long pieces.
+void ReadWithoutSums(png_structp png) {
+    png_set_crc_action(png, PNG_CRC_QUIET_USE, PNG_CRC_QUIET_USE);
+    png_set_option(png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
+    constexpr png_size_t kPiece = 65536;
+    png_set_compression_buffer_size(png, kPiece);
+}
 
 // Chunks that say nothing about the pixels: not even looked into.
 void SkipOtherChunks(png_structp png) {
@@ -59,6 +70,10 @@ bool ReadHeader(PngJob& job) {
         (colorType != PNG_COLOR_TYPE_RGB && colorType != PNG_COLOR_TYPE_RGBA)) {
         job.reason = "only 8-bit RGB and RGBA PNG files are taken";
         return false;
+    }
+    if (job.stored) {
+        job.stored->giveMemory(job.picture);
+        return true;
     }
     return AllocatePicture(png_get_image_width(job.png, job.info),
                            png_get_image_height(job.png, job.info),
@@ -86,6 +101,7 @@ bool Run(PngJob& job) {
         return false;
     }
     png_set_read_fn(job.png, &job, ReadBytes);
+    if (job.stored) ReadWithoutSums(job.png);
     SkipOtherChunks(job.png);
     if (!ReadHeader(job)) return false;
     ReadRows(job);
@@ -96,7 +112,7 @@ bool Run(PngJob& job) {
 }  // namespace
 
 bool DecodePng(FileBytes file, DecodedPicture& picture, std::string& reason) {
-    PngJob job{.file = file, .picture = picture, .reason = reason};
+    PngJob job{.file = file, .stored = StoredPng::from(file), .picture = picture, .reason = reason};
     job.png = png_create_read_struct(PNG_LIBPNG_VER_STRING, &job, OnError, OnWarning);
     if (job.png != nullptr) job.info = png_create_info_struct(job.png);
     if (job.info == nullptr) {

@@ -54,20 +54,11 @@ void Poke(FileContent& file, std::size_t at, std::uint32_t value, std::size_t by
     }
 }
 
-// The check sum of PNG chunks (CRC-32).
-std::uint32_t CheckSum(std::span<const std::uint8_t> bytes) {
-    std::uint32_t sum = 0xFFFFFFFF;
-    for (const std::uint8_t byte : bytes) {
-        sum ^= byte;
-        for (int bit = 0; bit < 8; ++bit) sum = sum >> 1 ^ ((sum & 1) != 0 ? 0xEDB88320 : 0);
-    }
-    return ~sum;
-}
-
 void FixPngHeaderSum(FileContent& file) {
     constexpr std::size_t kTypeAt = 12;
     constexpr std::size_t kTypeAndData = 17;
-    Poke(file, kTypeAt + kTypeAndData, CheckSum(std::span(file).subspan(kTypeAt, kTypeAndData)), 4);
+    Poke(file, kTypeAt + kTypeAndData, PngCheckSum(std::span(file).subspan(kTypeAt, kTypeAndData)),
+         4);
 }
 
 constexpr const char* kTooLarge = "the picture is too large";

@@ -102,6 +102,8 @@ FileContent MakePng(std::uint32_t width, std::uint32_t height, const PngKind& ki
         color.red = color.green = color.blue = 7;
         png_set_tRNS(png, info, nullptr, 0, &color);
     }
+    if (kind.filters != 0) png_set_filter(png, PNG_FILTER_TYPE_BASE, kind.filters);
+    if (kind.dataChunk != 0) png_set_compression_buffer_size(png, kind.dataChunk);
     png_write_info(png, info);
     std::vector<png_bytep> pointers;
     for (std::uint32_t y = 0; y < height; ++y) {
@@ -111,6 +113,15 @@ FileContent MakePng(std::uint32_t width, std::uint32_t height, const PngKind& ki
     png_write_end(png, nullptr);
     png_destroy_write_struct(&png, &info);
     return file;
+}
+
+std::uint32_t PngCheckSum(std::span<const std::uint8_t> bytes) {
+    std::uint32_t sum = 0xFFFFFFFF;
+    for (const std::uint8_t byte : bytes) {
+        sum ^= byte;
+        for (int bit = 0; bit < 8; ++bit) sum = sum >> 1 ^ ((sum & 1) != 0 ? 0xEDB88320 : 0);
+    }
+    return ~sum;
 }
 
 FileContent MakeJpeg(std::uint32_t width, std::uint32_t height, int channels,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,15 @@ struct PngKind {
     int bits = 8;
     bool interlaced = false;
     bool transparentColor = false;  // a tRNS chunk
+    int filters = 0;                // of libpng's PNG_FILTER_...; 0: as libpng chooses
+    std::uint32_t dataChunk = 0;    // most bytes of an IDAT chunk; 0: as libpng chooses
 };
 // `rows`: height rows of the kind's own size, packed.
 FileContent MakePng(std::uint32_t width, std::uint32_t height, const PngKind& kind,
                     const std::vector<std::uint8_t>& rows);
+
+// The check sum of PNG chunks (CRC-32).
+std::uint32_t PngCheckSum(std::span<const std::uint8_t> bytes);
 
 // `channels`: 1 grey, 3 colour, 4 CMYK.
 FileContent MakeJpeg(std::uint32_t width, std::uint32_t height, int channels,
