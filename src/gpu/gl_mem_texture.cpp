@@ -76,3 +76,9 @@ void GL_MemTexture::uploadFloats(std::uint32_t wrapS, std::uint32_t wrapT, std::
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA16F, width, height, 0, GL_RGBA, type, pixels);
     glGenerateMipmap(GL_TEXTURE_2D);
 }
+
+void GL_MemTexture::setPixels(const std::uint16_t* halfFloats) {
+    BindForUpload(textures[0]);
+    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, width, height, GL_RGBA, GL_HALF_FLOAT, halfFloats);
+    glGenerateMipmap(GL_TEXTURE_2D);
+}

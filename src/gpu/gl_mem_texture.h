@@ -14,6 +14,9 @@ class GL_MemTexture : public GL_Image {
     // The same from 16-bit floats: nothing to convert, and no driver's own rounding.
     GL_MemTexture(std::uint32_t wrapS, std::uint32_t wrapT, const std::uint16_t* halfFloats);
 
+    // Other pixels for a picture made from 16-bit floats, in the storage that it has.
+    void setPixels(const std::uint16_t* halfFloats);
+
   private:
     void uploadFloats(std::uint32_t wrapS, std::uint32_t wrapT, std::uint32_t type,
                       const void* pixels);

@@ -2,21 +2,19 @@
 #pragma once
 
 #include <bit>
-#include <cmath>
 #include <cstdint>
 
 // The bits of the nearest half float, ties to even; what is too large becomes infinity.
+// All cases are computed and one is chosen, so that loops over it become vector code.
 inline std::uint16_t HalfBits(float value) {
     const auto bits = std::bit_cast<std::uint32_t>(value);
-    const auto sign = static_cast<std::uint16_t>(bits >> 16 & 0x8000u);
-    const float size = std::fabs(value);
-    if (std::isnan(value)) return static_cast<std::uint16_t>(sign | 0x7E00u);
-    if (size >= 65520.0f) return static_cast<std::uint16_t>(sign | 0x7C00u);
-    if (size < 6.103515625e-05f) {  // no normal half float: steps of 2^-24
-        const auto steps = static_cast<std::uint16_t>(std::nearbyint(size * 16777216.0f));
-        return static_cast<std::uint16_t>(sign | steps);
-    }
-    const std::uint32_t whole = bits & 0x7FFFFFFFu;
-    const std::uint32_t rounded = whole + 0x0FFFu + (whole >> 13 & 1u);
-    return static_cast<std::uint16_t>(sign | ((rounded - 0x38000000u) >> 13));
+    const std::uint32_t size = bits & 0x7FFFFFFFu;
+    const std::uint32_t normal = (size + 0x0FFFu + (size >> 13 & 1u) - 0x38000000u) >> 13;
+    // No normal half float: steps of 2^-24, to which the sum with 0.5 rounds.
+    const std::uint32_t tiny =
+        std::bit_cast<std::uint32_t>(std::bit_cast<float>(size) + 0.5f) - 0x3F000000u;
+    std::uint32_t half = size < 0x38800000u ? tiny : normal;  // 2^-14
+    half = size >= 0x477FF000u ? 0x7C00u : half;              // 65520
+    half = size > 0x7F800000u ? 0x7E00u : half;               // no number
+    return static_cast<std::uint16_t>(half | (bits >> 16 & 0x8000u));
 }

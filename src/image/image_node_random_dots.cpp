@@ -3,7 +3,6 @@
 #include <GL/glew.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "core/engine.h"
@@ -54,36 +53,65 @@ bool ImageNode_RandomDots::process() {
 }
 
 void ImageNode_RandomDots::rebuild() {
-    images[0].reset();
-    if (pixels_ == nullptr) {
-        pixels_ = std::make_unique<std::uint16_t[]>(std::size_t{kSize} * kSize * 4);
-    }
-    Random::seed(static_cast<std::uint32_t>(TruncatedInt(seed)));
     const std::int32_t count = std::clamp(TruncatedInt(dots), 0, kMostDots);
-    const double range = static_cast<double>(maxLuma - minLuma);
-    for (std::int32_t i = 0; i < count; ++i) {
-        const int x = Random::next() % kSize;
-        const int y = Random::next() % kSize;
-        const int drifts[] = {Random::next() % 2000, Random::next() % 2000, Random::next() % 2000};
-        const double part = (Random::next() % 100000) / 100000.0;
-        const double base = part * range + static_cast<double>(minLuma);
-        const auto at = static_cast<std::size_t>(y * kSize + x) * 4;
-        for (std::size_t c = 0; c < 3; ++c) {
-            const double drift = (1.0 - drifts[c] / 1000.0) * static_cast<double>(variance);
-            const double light = static_cast<double>(color[c]) * std::max(0.0, drift + base);
-            pixels_[at + c] = HalfBits(static_cast<float>(light));
-        }
-        pixels_[at + 3] = HalfBits(1.0f);
-        written_.push_back(at);
-    }
-    const GLenum wrap = clampFlag ? GL_CLAMP_TO_BORDER : GL_REPEAT;
-    images[0] = std::make_shared<GL_MemTexture>(wrap, wrap, pixels_.get());
-    LabelGlObject(GL_TEXTURE, images[0]->textures[0], "Dot");
-    dropDots();
+    Random::seed(static_cast<std::uint32_t>(TruncatedInt(seed)));
+    drawNumbers(static_cast<std::size_t>(count));
+    makeLights();
+    showDots();
 }
 
-// Blackens the dots again, which is far less than the whole block.
-void ImageNode_RandomDots::dropDots() {
-    for (const std::size_t at : written_) std::fill_n(&pixels_[at], 4, std::uint16_t{0});
-    written_.clear();
+void ImageNode_RandomDots::drawNumbers(std::size_t count) {
+    places_.resize(count);
+    for (auto& drifts : drifts_) drifts.resize(count);
+    parts_.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const int x = Random::next() % kSize;
+        const int y = Random::next() % kSize;
+        for (auto& drifts : drifts_) drifts[i] = Random::next() % 2000;
+        parts_[i] = Random::next() % 100000;
+        places_[i] = static_cast<std::uint32_t>(y * kSize + x);
+    }
+}
+
+// A loop for each step and channel, so that the compiler takes several dots at a time.
+void ImageNode_RandomDots::makeLights() {
+    const std::size_t count = places_.size();
+    const double range = static_cast<double>(maxLuma - minLuma);
+    const double darkest = static_cast<double>(minLuma);
+    const double spread = static_cast<double>(variance);
+    bases_.resize(count);
+    lights_.resize(count);
+    for (std::size_t i = 0; i < count; ++i) bases_[i] = parts_[i] / 100000.0 * range + darkest;
+    for (std::size_t c = 0; c < drifts_.size(); ++c) {
+        const double tint = static_cast<double>(color[c]);
+        for (std::size_t i = 0; i < count; ++i) {
+            const double light = (1.0 - drifts_[c][i] / 1000.0) * spread + bases_[i];
+            lights_[i] = static_cast<float>(tint * (light > 0.0 ? light : 0.0));
+        }
+        halves_[c].resize(count);
+        for (std::size_t i = 0; i < count; ++i) halves_[c][i] = HalfBits(lights_[i]);
+    }
+}
+
+void ImageNode_RandomDots::showDots() {
+    if (pixels_ == nullptr) pixels_ = std::make_unique<Pixel[]>(std::size_t{kSize} * kSize);
+    const std::uint16_t opaque = HalfBits(1.0f);
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        pixels_[places_[i]] = {halves_[0][i], halves_[1][i], halves_[2][i], opaque};
+    }
+    upload();
+    // Blackens the dots again, which is far less than the whole block.
+    for (const std::uint32_t place : places_) pixels_[place] = {};
+}
+
+// Into the texture of before, unless somebody else still shows that.
+void ImageNode_RandomDots::upload() {
+    const std::uint16_t* const halfFloats = pixels_[0].data();
+    if (images[0].use_count() == 1 && images[0]->hasBorder == clampFlag) {
+        static_cast<GL_MemTexture&>(*images[0]).setPixels(halfFloats);
+        return;
+    }
+    const GLenum wrap = clampFlag ? GL_CLAMP_TO_BORDER : GL_REPEAT;
+    images[0] = std::make_shared<GL_MemTexture>(wrap, wrap, halfFloats);
+    LabelGlObject(GL_TEXTURE, images[0]->textures[0], "Dot");
 }

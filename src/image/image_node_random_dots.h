@@ -3,6 +3,7 @@
 // context.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -35,11 +36,22 @@ class ImageNode_RandomDots : public ImageNode {
     };
     static_assert(sizeof(Recipe) == 40);  // compared as bytes
 
+    using Pixel = std::array<std::uint16_t, 4>;  // half floats
+
     Recipe recipe() const;
     void rebuild();
-    void dropDots();
+    void drawNumbers(std::size_t count);
+    void makeLights();
+    void showDots();
+    void upload();
 
     Recipe last_{};
-    std::unique_ptr<std::uint16_t[]> pixels_;  // half floats, kept black between rebuilds
-    std::vector<std::size_t> written_;         // where each dot begins
+    std::unique_ptr<Pixel[]> pixels_;  // black between rebuilds
+    // Of each dot, in the order in which they are drawn. Kept, so that a rebuild takes no memory.
+    std::vector<std::uint32_t> places_;                 // index of its pixel
+    std::array<std::vector<std::int32_t>, 3> drifts_;   // thousandths of "Variance" below +1
+    std::vector<std::int32_t> parts_;                   // hundred-thousandths of the range of luma
+    std::vector<double> bases_;                         // luma before the drift
+    std::vector<float> lights_;                         // of the channel at hand
+    std::array<std::vector<std::uint16_t>, 3> halves_;  // the lights as half floats
 };

@@ -41,12 +41,15 @@ class RandomDotsTest : public GraphTest {
         set(node, "Color", {f(s.color[0]), f(s.color[1]), f(s.color[2]), 0.5f});
     }
 
-    std::vector<float> pixels() const {
-        std::vector<float> result(std::size_t{kSize} * kSize * 4);
-        node.images[0]->BindTexture(0, GL_TEXTURE0);
+    std::vector<float> pixels() const { return pixelsOf(*node.images[0]); }
+
+    static std::vector<float> pixelsOf(const GL_Image& image, int level = 0) {
+        const std::size_t side = kSize >> level;
+        std::vector<float> result(side * side * 4);
+        image.BindTexture(0, GL_TEXTURE0);
         glPixelStorei(GL_PACK_ALIGNMENT, 1);
-        glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_FLOAT, result.data());
-        node.images[0]->UnbindTextures(GL_TEXTURE0);
+        glGetTexImage(GL_TEXTURE_2D, level, GL_RGBA, GL_FLOAT, result.data());
+        image.UnbindTextures(GL_TEXTURE0);
         return result;
     }
 
@@ -177,8 +180,7 @@ TEST_F(RandomDotsTest, IsNamedDot) {
 
 TEST_F(RandomDotsTest, KeepsThePictureWhileOnlyThePlaceMoves) {
     node.pull();
-    EXPECT_EQ(node.textureMatrix[12], 0);
-    EXPECT_EQ(node.textureMatrix[13], 0);
+    for (std::size_t i = 0; i < 16; ++i) EXPECT_EQ(node.textureMatrix[i], i % 5 == 0 ? 1 : 0) << i;
     const auto picture = node.images[0];
     set(node, "Position", {0.25f, 1.5f});
     node.updated = false;
@@ -207,6 +209,31 @@ TEST_F(RandomDotsTest, MakesThePictureAnewForEveryOtherParameter) {
     node.clampFlag = false;
     node.pull();
     EXPECT_NE(node.images[0], before);
+}
+
+TEST_F(RandomDotsTest, LeavesAPictureThatOthersStillShowAsItIs) {
+    apply({.seed = 1});
+    node.pull();
+    const auto shown = node.images[0];
+    expectDots({.seed = 2});
+    EXPECT_NE(node.images[0], shown);
+    EXPECT_EQ(pixelsOf(*shown), expected({.seed = 1}));
+}
+
+TEST_F(RandomDotsTest, TakesTheTextureOfBeforeWithAllItsLevels) {
+    node.pull();
+    const std::uint32_t texture = node.images[0]->textures[0];
+    apply({.dots = 3000, .seed = 2});
+    node.pull();
+    EXPECT_EQ(node.images[0]->textures[0], texture);
+    auto& fresh = add<ImageNode_RandomDots>("fresh");
+    set(fresh, "Dots", {3000});
+    set(fresh, "Seed", {2});
+    set(fresh, "Color", {1, 1, 1, 0.5f});
+    fresh.pull();
+    for (int level = 0; level <= 10; ++level) {
+        EXPECT_EQ(pixelsOf(*node.images[0], level), pixelsOf(*fresh.images[0], level)) << level;
+    }
 }
 
 TEST_F(RandomDotsTest, IsMadeInTheLoadPass) {
