@@ -92,7 +92,9 @@ std::string Hologram(DemoBuilder& demo, float start, float stop) {
                    {{1500, 3, 3.0f, 0.1f, {0.5f, 0.6f, 1.0f}, 0.9f, 0.75f, 0.05f, 0.02f},
                     {300, 8, 20.0f, 0.5f, {0.7f, 0.4f, 1.0f}, 0.8f, 0.6f, 0.1f, 0.03f}},
                    start, stop, kKeyLinear);
-    const std::string both = demo.add("Compose", {room, hologram});
+    // The hologram is opaque black between its lines; the stars show through where it is dark.
+    const std::string lines = demo.add("Luma To Alpha", {hologram});
+    const std::string both = demo.add("Compose", {room, lines});
     return Halo(demo, both, 12, 0.8f);
 }
 

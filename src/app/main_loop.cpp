@@ -1,7 +1,5 @@
 #include "app/main_loop.h"
 
-#include <GL/glew.h>
-
 #include "app/session.h"
 #include "platform/window.h"
 
@@ -59,11 +57,9 @@ bool EndReached(Session& session) {
 }
 
 void RunFrame(Session& session, bool& started) {
-    glClearColor(0, 0, 0, 1);
-    glClear(GL_COLOR_BUFFER_BIT);
     session.ui->BeginFrameUpdate();
     session.followScripts();
-    session.engine->update(session.ui->editorTime);
+    session.runGraph(session.ui->editorTime);
     if (!started) {
         session.ui->StartPlayback();
         started = true;

@@ -64,8 +64,7 @@ bool Session::startEditor() {
 // Something to see while the project loads.
 void Session::showFirstFrames() {
     GL_FrameBuffer::Unbind();
-    ClearColour();
-    engine->update(0.0f);
+    runGraph(0.0f);
     window->swap();
     drawEditor();
     window->swap();
@@ -76,6 +75,11 @@ Session::~Session() {
     engine = nullptr;
     screen_ = nullptr;
     if (window != nullptr) ReleaseFullScreenQuad();
+}
+
+void Session::runGraph(float seconds) {
+    ClearColour();
+    engine->update(seconds);
 }
 
 void Session::showScreen(ScreenKind kind) {

@@ -132,6 +132,18 @@ TEST_F(ShotTest, RunsTheGraphTwiceForEveryShot) {
     EXPECT_FALSE(count.hasError);
 }
 
+// As in a frame of the player: HoloBall clears its picture with the colour that it finds.
+TEST_F(ShotTest, BeginsEveryRunWithOpaqueBlackToClearWith) {
+    showNode("HoloBall1", "HoloBall");
+    for (int run = 0; run < 2; ++run) {
+        const DebugCapture silent;
+        const std::vector<float> rgba = shootExr(1);
+        int clear = 0;
+        for (std::size_t i = 3; i < rgba.size(); i += 4) clear += rgba[i] != 1.0f;
+        EXPECT_EQ(clear, 0) << run;
+    }
+}
+
 TEST_F(ShotTest, WritesTheTargetsOwnFloatsToExr) {
     showNode("Ramp1", "Ramp");
     const std::vector<float> rgba = shootExr(1);
