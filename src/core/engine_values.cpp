@@ -3,6 +3,20 @@
 #include <utility>
 
 #include "core/engine.h"
+#include "core/project_reader.h"
+#include "platform/debug_output.h"
+
+namespace {
+
+// A project names what a track drives with a dot before the channel, so that a load takes a dot in
+// a parameter's own name for that one.
+void TellOfLostTrack(const KeyframeTrack& track) {
+    DebugFault("\"" + track.name +
+               "\" is animated until the project is loaded again: no file can tell what its keys "
+               "drive, since the name of the parameter has a dot\n");
+}
+
+}  // namespace
 
 template <typename V>
 V& Engine::declare(Node* node, std::string name) {
@@ -130,6 +144,7 @@ bool Engine::addAnimation(const std::string& nodeId, const std::string& valueNam
         track->name = nodeId + "." + valueName + channel.suffix;
         track->target = channel.data;
         track->owner = node;
+        if (TargetByName(*this, *track, nodeId) != track->target) TellOfLostTrack(*track);
         appendTrack(nodeId, std::move(track));
     }
     return setKeyframe(nodeId, valueName);

@@ -1,6 +1,7 @@
 // The animation of values as the engine offers it to widgets.
 #include <gtest/gtest.h>
 
+#include "platform/debug_output.h"
 #include "support/core_nodes.h"
 
 namespace {
@@ -87,6 +88,22 @@ TEST_F(AnimationTest, AddsOrOverwritesOneKeyForEachChannelThatHasATrack) {
     engine_.setKeyframe("A1", "Place");
     ASSERT_EQ(list[0]->keys().size(), 2u);
     EXPECT_EQ(list[0]->keys()[1].value, 10.0f);
+}
+
+TEST_F(AnimationTest, TellsWhenALoadWillNotFindWhatTheKeysDrive) {
+    float dotted = 0, rotation = 0;
+    engine_.declareFloat(&node_, ".Time Stretch 1", dotted, 0, 2, 3, 1, true);
+    engine_.declareFloat(&node_, "Rotate.X", rotation, 0, 360, 2, 0, true);
+    const DebugCapture said;
+    for (const char* name : {"Size", "Place", "Tint", "Rotate.X"}) {
+        ASSERT_TRUE(engine_.addAnimation("A1", name));
+        EXPECT_EQ(said.text(), "") << name;
+    }
+    ASSERT_TRUE(engine_.addAnimation("A1", ".Time Stretch 1"));
+    EXPECT_EQ(said.text(),
+              "\"A1..Time Stretch 1\" is animated until the project is loaded again: no file can "
+              "tell what its keys drive, since the name of the parameter has a dot\n");
+    EXPECT_EQ(engine_.tracks.find("A1")->back()->target, &dotted);
 }
 
 TEST_F(AnimationTest, SetsNoKeyWhereNothingIsAnimated) {
