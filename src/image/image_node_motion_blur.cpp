@@ -116,7 +116,8 @@ void ImageNode_MotionBlur::blendIn(int index) {
     } else {
         target_.resume();
     }
-    // What was there counts nothing beside the first picture, even where it is no number.
+    // What was there counts nothing beside the first picture, even where it is no number. The
+    // weight is set after the run, in which a motion blur behind this one sets its own.
     const float weight = 1.0f / static_cast<float>(index + 1);
     glBlendColor(weight, weight, weight, weight);
     if (index > 0) glEnable(GL_BLEND);

@@ -7,6 +7,8 @@
 #include "image/blur_formula.h"
 #include "image/image_node_glow.h"
 #include "image/image_node_transform2d.h"
+#include "platform/debug_output.h"
+#include "support/broken_shaders.h"
 #include "support/core_nodes.h"
 #include "support/graph_fixture.h"
 #include "support/parameter_table.h"
@@ -189,6 +191,29 @@ TEST_F(GlowTest, LeavesTheInputUnchangedAtIntensityZero) {
     set(node, "Radius", {300});
     node.pull();
     expectTarget(product(), [&](double u, double v) { return waves.sample(u, 1 - v); });
+    Mat4ComposeTRS(picture.textureMatrix, {0.3f, -0.2f, 0}, {0, 0, 15}, 0.6f);
+    node.updated = false;
+    node.pull();
+    expectTarget(product(), [&](double u, double v) {
+        const auto at = Through(picture.textureMatrix, u, v);
+        return waves.sample(at[0], 1 - at[1]);
+    });
+}
+
+TEST_F(GlowTest, HasAnErrorWithoutOneOfItsPrograms) {
+    struct Case {
+        const char* with;
+        int shaders;
+    };
+    // The blur is one text for two programs.
+    for (const Case& one :
+         {Case{"uniform vec2 Direction", 2}, {"uniform sampler2D blurImage", 1}}) {
+        SCOPED_TRACE(one.with);
+        const DebugCapture quiet;
+        const BrokenShaders broken(one.with);
+        EXPECT_TRUE(add<ImageNode_Glow>(one.with).hasError);
+        EXPECT_EQ(broken.count(), one.shaders);
+    }
 }
 
 TEST_F(GlowTest, IsBlackWithoutAnInput) {

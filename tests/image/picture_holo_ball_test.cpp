@@ -12,6 +12,8 @@
 #include "core/transform3d_node.h"
 #include "gpu/shader_program.h"
 #include "image/image_node_holo_ball.h"
+#include "platform/debug_output.h"
+#include "support/broken_shaders.h"
 #include "support/gl_state.h"
 #include "support/graph_fixture.h"
 #include "support/parameter_table.h"
@@ -269,6 +271,19 @@ class HoloBallTest : public GraphTest {
 };
 
 }  // namespace
+
+TEST_F(HoloBallTest, HasAnErrorWithoutOneOfItsPrograms) {
+    // Of the slices' field, the walls' field, the slices' lines and the walls.
+    for (const char* text : {"uniform float threshold", "uniform vec4 lballs",
+                             "uniform float edgeStep", "uniform vec4 color"}) {
+        SCOPED_TRACE(text);
+        const DebugCapture quiet;
+        const BrokenShaders broken(text,
+                                   text == std::string("uniform vec4 color") ? "edgeStep" : "");
+        EXPECT_TRUE(add<ImageNode_HoloBall>(text).hasError);
+        EXPECT_EQ(broken.count(), 1);
+    }
+}
 
 TEST_F(HoloBallTest, TakesATransformOnItsOnePort) {
     EXPECT_EQ(node.inputCount, 1);

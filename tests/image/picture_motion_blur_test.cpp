@@ -8,6 +8,8 @@
 #include "image/image_node_compose.h"
 #include "image/image_node_motion_blur.h"
 #include "image/image_node_transform2d.h"
+#include "platform/debug_output.h"
+#include "support/broken_shaders.h"
 #include "support/core_nodes.h"
 #include "support/gl_state.h"
 #include "support/graph_fixture.h"
@@ -83,6 +85,13 @@ TEST_F(MotionBlurTest, TakesAPictureOnItsOnePort) {
     EXPECT_THAT(ParameterTable(engine, node),
                 ElementsAre("Samples choice '4' '6' '8' '10' '12' '14' '16' '24' '32' '64', 3",
                             "Shutter float 0.001 to 1, 4 decimals, 0.01, animatable"));
+}
+
+TEST_F(MotionBlurTest, HasAnErrorWithoutItsProgram) {
+    const DebugCapture quiet;
+    const BrokenShaders broken("uniform sampler2D tex");
+    EXPECT_TRUE(add<ImageNode_MotionBlur>("broken").hasError);
+    EXPECT_EQ(broken.count(), 1);
 }
 
 TEST_F(MotionBlurTest, HasATargetOfTheFrameWithABorder) {
@@ -337,10 +346,17 @@ TEST_F(MotionBlurTest, RunsAgainForEveryMomentOfABlurBehindIt) {
     set(node, "Samples", {0});
     set(behind, "Samples", {1});
     set(node, "Shutter", {0.125f});
+    set(behind, "Shutter", {0.75f});
     engine.time = 1;
     behind.pull();
     EXPECT_EQ(clock.times.size(), 24u);
     EXPECT_EQ(engine.time, 1.0f);
+    // The mean of the means: the inner blur's weights leave the outer one's alone.
+    double mean = 0;
+    for (const float time : clock.times) mean += static_cast<double>(time) / 24;
+    const auto& product = static_cast<const GL_FrameBuffer&>(*behind.images[0]);
+    const RegionPixels seen = read(product, kMiddle);
+    EXPECT_NEAR(seen.at(kMiddle.x, kMiddle.y)[0], mean, 0.003);
 }
 
 // Sixty-four moments of sixty-four moments, and so on.

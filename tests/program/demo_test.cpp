@@ -118,9 +118,9 @@ TEST(Demo, MusicIs230SecondsOfStereo) {
 TEST(Demo, ShowsSomethingInEveryScene) {
     const TempFolder folder;
     std::vector<std::string> arguments = {"demo.vorn"};
-    const std::vector<std::string> times = {"8",   "20",  "28",  "35",  "42",  "50",  "58",  "69",
-                                            "93",  "98",  "102", "106", "110", "120", "134", "138",
-                                            "142", "152", "162", "166", "180", "204", "216", "226"};
+    const std::vector<std::string> times = {
+        "8",   "20",  "28",  "35",  "42",  "50",  "58",  "69",  "91",  "93",  "98",  "102", "106",
+        "110", "120", "134", "138", "142", "152", "162", "166", "180", "204", "216", "226"};
     for (const std::string& time : times) {
         arguments.insert(arguments.end(), {"--shot", time, folder.file(time + ".png")});
     }
