@@ -66,7 +66,8 @@ bool NamesAnError(std::string_view line) {
     const auto sameLetter = [](char a, char b) {
         return std::tolower(static_cast<unsigned char>(a)) == b;
     };
-    return !std::ranges::search(line, kWord, sameLetter).empty();
+    return std::search(line.begin(), line.end(), kWord.begin(), kWord.end(), sameLetter) !=
+           line.end();
 }
 
 }  // namespace
