@@ -29,11 +29,6 @@ bool ReadScript(const std::string& path, NodeScript& script) {
     return parseScript(text, path, script);
 }
 
-bool FileExists(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::exists(ResolvePath(path), error);
-}
-
 std::string CountOfNodes(std::size_t count) {
     return count == 1 ? "1 node" : std::to_string(count) + " nodes";
 }

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "core/byte_stream.h"
@@ -189,10 +187,7 @@ bool LoadGui(const std::string& path, GuiLoad mode, const std::string& prefix,
              const GuiState& state) {
     const auto bytes = ReadWholeFile(path, kMostFileBytes);
     if (!bytes) {
-        std::error_code ignored;
-        if (std::filesystem::exists(ResolvePath(path), ignored)) {
-            ReportBadFile(path, "it cannot be read");
-        }
+        if (FileExists(path)) ReportBadFile(path, "it cannot be read");
         return false;
     }
     std::string fault;

@@ -24,11 +24,6 @@ constexpr const char* kCaption = "VORN";
 constexpr const char* kProjectEnding = ".vorn";
 constexpr const char* kGuiEnding = ".vorngui";
 
-bool Exists(const std::string& name) {
-    std::error_code error;
-    return fs::exists(ResolvePath(name), error);
-}
-
 bool CanBeRead(const std::string& name) {
     std::error_code error;
     const fs::path path = ResolvePath(name);
@@ -52,7 +47,7 @@ std::string FreeStamp(const std::string& basePath, std::tm time) {
     for (;;) {
         const std::string stamp = BackupStamp(time);
         const std::string backup = basePath + stamp;
-        if (!Exists(backup + kProjectEnding) && !Exists(backup + kGuiEnding)) return stamp;
+        if (!FileExists(backup + kProjectEnding) && !FileExists(backup + kGuiEnding)) return stamp;
         ++time.tm_sec;
         std::mktime(&time);  // minutes, hours and days follow
     }
@@ -115,7 +110,7 @@ bool UI_Engine::takeProjectFolder() {
 
 // A file that is not the project's own is replaced only when the user says so.
 bool UI_Engine::mayReplace(const std::string& project) {
-    if (!Exists(project)) return true;
+    if (!FileExists(project)) return true;
     std::error_code error;
     if (!ownFile_.empty() && fs::equivalent(ResolvePath(project), ownFile_, error)) return true;
     if (ShowMessageBox(project + " exists. Replace it?", kCaption, MessageButtons::OkCancel) ==
@@ -181,7 +176,7 @@ bool UI_Engine::load(const std::string& projectFile, bool clearScene, const std:
 UI_Engine::SceneLoad UI_Engine::replaceScene(const std::string& projectFile,
                                              const std::string& guiFile) {
     if (!CanBeRead(projectFile)) {
-        tellFault((Exists(projectFile) ? "Cannot read " : "There is no ") + projectFile);
+        tellFault((FileExists(projectFile) ? "Cannot read " : "There is no ") + projectFile);
         return SceneLoad::Missing;
     }
     const bool loaded = load(projectFile, true, "");

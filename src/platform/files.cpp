@@ -63,6 +63,7 @@ std::string MatchInFolder(const fs::path& folder, const std::string& part) {
     return best.empty() ? part : best;
 }
 
+// Of a path of this machine, as it stands.
 bool Exists(const fs::path& path) {
     std::error_code error;
     return fs::exists(path, error);
@@ -149,6 +150,10 @@ fs::path ResolvePath(std::string_view windowsName) {
         }
     }
     return resolved;
+}
+
+bool FileExists(std::string_view windowsName) {
+    return Exists(ResolvePath(windowsName));
 }
 
 std::optional<std::vector<std::uint8_t>> ReadWholeFile(std::string_view windowsName,

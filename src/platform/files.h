@@ -22,6 +22,10 @@ class TaskPool;
 // of a drive ("c:\x") stay relative names of this machine.
 std::filesystem::path ResolvePath(std::string_view windowsName);
 
+// Whether there is anything of that name: a file, a folder, a pipe. False for a link that leads
+// nowhere, and for what the system does not let us look at.
+bool FileExists(std::string_view windowsName);
+
 // The content of a regular file of at most `limitBytes`; nothing when it cannot be read, is no
 // regular file, or is longer. Nothing is reported: the caller knows what the file is for.
 constexpr std::uint64_t kMaxFileBytes = std::uint64_t{2} << 30;

@@ -102,6 +102,29 @@ TEST_F(Files, SurvivesNamesThatNoFileCanHave) {
     EXPECT_THAT(ReadWholeFile(std::string_view("a\0b", 3)), Optional(Copy("x")));
 }
 
+TEST_F(Files, TellsWhetherThereIsAnythingOfAName) {
+    folder_.write("Graphics/Logo.png", "x");
+    EXPECT_TRUE(FileExists("graphics\\LOGO.png"));
+    EXPECT_TRUE(FileExists(".\\Graphics")) << "a folder";
+    EXPECT_TRUE(FileExists(folder_.path().string() + "\\graphics\\logo.PNG"));
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    EXPECT_TRUE(FileExists("PIPE"));
+    EXPECT_FALSE(FileExists("graphics\\logo"));
+    EXPECT_FALSE(FileExists("Graphics\\Logo.png\\x"));
+    EXPECT_FALSE(FileExists(""));
+    EXPECT_FALSE(FileExists(std::string(5000, 'a')));
+}
+
+TEST_F(Files, ALinkIsThereWhenItLeadsSomewhere) {
+    folder_.write("file", "x");
+    fs::create_symlink("file", "good");
+    fs::create_symlink("gone", "dangling");
+    fs::create_symlink("loop", "loop");
+    EXPECT_TRUE(FileExists("good"));
+    EXPECT_FALSE(FileExists("dangling"));
+    EXPECT_FALSE(FileExists("loop"));
+}
+
 TEST_F(Files, ReadsWholeFilesThroughWindowsNames) {
     folder_.write("Data/File.bin", std::string_view("a\0b\nc", 5));
     EXPECT_THAT(ReadWholeFile("data\\file.BIN"), Optional(Copy(std::string_view("a\0b\nc", 5))));
