@@ -203,6 +203,8 @@ class UI_Engine : public UI_Evt_ValueChanged {
     void leaveAuthoring();
     UI_Button* addButton(UI_Panel& panel, const char* text, int x, int y, int width,
                          const char* tooltip);
+    // On the toolbar at `left` (pixels), which becomes the place of the next one.
+    UI_Button* addTopButton(int& left, const char* text, int width, const char* tooltip);
     UI_TextBox* addTextBox(ValueString& value, std::string& text, int y);
     void setEditorHidden(bool hide);
     void updateLabels();

@@ -51,6 +51,12 @@ UI_Button* UI_Engine::addButton(UI_Panel& panel, const char* text, int x, int y,
     return button;
 }
 
+UI_Button* UI_Engine::addTopButton(int& left, const char* text, int width, const char* tooltip) {
+    UI_Button* button = addButton(*topPanel, text, left, kButtonY, width, tooltip);
+    left += width + kGap;
+    return button;
+}
+
 UI_TextBox* UI_Engine::addTextBox(ValueString& value, std::string& text, int y) {
     value.data = &text;
     value.defaultValue = text;
@@ -84,19 +90,19 @@ void UI_Engine::makeTopPanel() {
     // A panel leaves out its upper two rows.
     topPanel = std::make_unique<UI_Panel>(0, -kGap, kWidth, kTop + kGap, false);
     int left = 8;
-    const auto add = [&](const char* text, int width, const char* tooltip) {
-        UI_Button* button = addButton(*topPanel, text, left, kButtonY, width, tooltip);
-        left += width + kGap;
-        return button;
-    };
-    newButton = add("New", 52, "Erase everything and begin anew (Ctrl+N)");
-    loadButton = add("Reload", 64, "Load the project again from its file (Ctrl+O)");
-    saveButton = add("Save", 56, "Save the project, with a stamped backup beside it (Ctrl+S)");
-    importButton = add("Import", 64, "Add another project's nodes to this one (Ctrl+I)");
-    undoButton = add("Undo", 56, "Back to the last save, then to the one before (Ctrl+Z)");
+    newButton = addTopButton(left, "New", 52, "Erase everything and begin anew (Ctrl+N)");
+    loadButton = addTopButton(left, "Reload", 64, "Load the project again from its file (Ctrl+O)");
+    saveButton = addTopButton(left, "Save", 56,
+                              "Save the project, with a stamped backup beside it (Ctrl+S)");
+    importButton =
+        addTopButton(left, "Import", 64, "Add another project's nodes to this one (Ctrl+I)");
+    undoButton =
+        addTopButton(left, "Undo", 56, "Back to the last save, then to the one before (Ctrl+Z)");
     left += 20;
     const auto addTool = [&](const char* text, int width, const char* tooltip,
-                             UI_EditRelay& relay) { add(text, width, tooltip)->listener = &relay; };
+                             UI_EditRelay& relay) {
+        addTopButton(left, text, width, tooltip)->listener = &relay;
+    };
     addTool("Add node", 84, "All node types (Tab on the canvas)", screen_->addNodePressed);
     addTool("Show all", 76, "Bring all nodes into view (Home)", screen_->framePressed);
     addTool("Arrange", 76, "Lay all nodes out in order; once more puts them back (L)",
@@ -111,9 +117,9 @@ void UI_Engine::makeTopPanel() {
         SetStatus(screen_->canvasStatus);
     };
     left += 20;
-    layoutButton0 = add("Nodes", 64, "The node canvas below the picture");
-    layoutButton1 = add("Keys", 56, "The keyframes below the picture");
-    layoutButton2 = add("Picture", 68, "A larger picture, and neither of them");
+    layoutButton0 = addTopButton(left, "Nodes", 64, "The node canvas below the picture");
+    layoutButton1 = addTopButton(left, "Keys", 56, "The keyframes below the picture");
+    layoutButton2 = addTopButton(left, "Picture", 68, "A larger picture, and neither of them");
     addTool("Help", 52, "A sheet of all keys and gestures (F1)", screen_->helpPressed);
     topPanel->children.back()->SetPosition(kWidth - 132, kButtonY - kGap);
     screen_->helpPressed.edited = [this] { screen_->keySheet.Open(); };
@@ -123,15 +129,10 @@ void UI_Engine::makeTopPanel() {
 
 void UI_Engine::makeTransport() {
     int left = 820;
-    const auto add = [&](const char* text, int width, const char* tooltip) {
-        UI_Button* button = addButton(*topPanel, text, left, kButtonY, width, tooltip);
-        left += width + kGap;
-        return button;
-    };
-    stopButton = add("Stop", 56, "Back to the start");
-    stepBackButton = add("<", 40, "One step back (Left)");
-    playButton = add("Play", 72, "Play and pause (Space)");
-    stepForwardButton = add(">", 40, "One step forward (Right)");
+    stopButton = addTopButton(left, "Stop", 56, "Back to the start");
+    stepBackButton = addTopButton(left, "<", 40, "One step back (Left)");
+    playButton = addTopButton(left, "Play", 72, "Play and pause (Space)");
+    stepForwardButton = addTopButton(left, ">", 40, "One step forward (Right)");
     timeLabel = new UI_Label("", left + 12, kButtonY, 120);
     timeLabel->textSize = 20;
     timeLabel->color = kColorKeyed;
