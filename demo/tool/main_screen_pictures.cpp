@@ -16,6 +16,7 @@
 #include "editor/ui_properties_column.h"
 #include "platform/picture_decoder.h"
 #include "platform/user_dialogs.h"
+#include "platform/window.h"
 
 namespace fs = std::filesystem;
 
@@ -98,22 +99,22 @@ bool WriteAll(Session& session, const fs::path& folder) {
     session.showScreen(ScreenKind::Authoring);
     ui.SeekTo(kSeconds);
     for (const std::string& id : AnimatedNodes(*session.engine)) ui.OpenPanel(id);
-    pictures.send(512, 0, 700, 800);
+    pictures.send(kMessageMouseMove, 0, 700, 800);
     bool written = pictures.write("authoring-nodes");
     ui.SetLayoutMode(kLayoutKeyTimeline);
-    pictures.send(512, 0, 900, 820);
+    pictures.send(kMessageMouseMove, 0, 900, 820);
     ui.keyTimeline->ChooseTrack(BusyTrack(*ui.keyTimeline));
     ui.keyTimeline->view.frameTimes(kSeconds - 4, kSeconds + 5);
     written = pictures.write("authoring-keys") && written;
     ui.SetLayoutMode(kLayoutNeither);
-    pictures.send(512, 0, 900, 400);
+    pictures.send(kMessageMouseMove, 0, 900, 400);
     written = pictures.write("authoring-picture") && written;
     ui.SetLayoutMode(kLayoutNodeCanvas);
-    pictures.send(256, 112, 900, 400);  // F1
+    pictures.send(kMessageKeyDown, kKeyF1, 900, 400);
     written = pictures.write("authoring-help") && written;
-    pictures.send(256, 27, 900, 400);  // Esc
-    pictures.send(513, 0, 100, 560);   // the messages
-    pictures.send(514, 0, 100, 560);
+    pictures.send(kMessageKeyDown, kKeyEscape, 900, 400);
+    pictures.send(kMessageLeftDown, 0, 100, 560);  // the messages
+    pictures.send(kMessageLeftUp, 0, 100, 560);
     return pictures.write("authoring-messages") && written;
 }
 

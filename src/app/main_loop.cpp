@@ -7,7 +7,6 @@ namespace {
 
 // The demo's end, whatever length the project names.
 constexpr double kEndSeconds = 230.0;
-constexpr std::uint32_t kMessageKeyDown = 256;
 
 // A press, and not the repeats of a held key.
 bool IsKeyDown(const WindowMessage& message, std::int32_t key) {

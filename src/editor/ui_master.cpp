@@ -14,34 +14,34 @@ constexpr Vec4 kColors[kColorSlotCount] = {
     {1, 0.7f, 0, 1},
 };
 
-constexpr std::uint32_t kFirstMouseMessage = 512;
-constexpr std::uint32_t kLastMouseMessage = 520;
+constexpr std::uint32_t kFirstMouseMessage = kMessageMouseMove;
+constexpr std::uint32_t kLastMouseMessage = kMessageMiddleUp;
 
 std::optional<UI_EventType> EventTypeOf(std::uint32_t message) {
     switch (message) {
-        case 512:
+        case kMessageMouseMove:
             return UI_EventType::MouseMove;
-        case 513:
+        case kMessageLeftDown:
             return UI_EventType::LeftDown;
-        case 514:
+        case kMessageLeftUp:
             return UI_EventType::LeftUp;
-        case 515:
+        case kMessageLeftDoubleClick:
             return UI_EventType::LeftDoubleClick;
-        case 516:
+        case kMessageRightDown:
             return UI_EventType::RightDown;
-        case 517:
+        case kMessageRightUp:
             return UI_EventType::RightUp;
-        case 519:
+        case kMessageMiddleDown:
             return UI_EventType::MiddleDown;
-        case 520:
+        case kMessageMiddleUp:
             return UI_EventType::MiddleUp;
-        case 522:
+        case kMessageWheel:
             return UI_EventType::Wheel;
-        case 256:
+        case kMessageKeyDown:
             return UI_EventType::KeyDown;
-        case 257:
+        case kMessageKeyUp:
             return UI_EventType::KeyUp;
-        case 258:
+        case kMessageCharacter:
             return UI_EventType::CharInput;
         default:
             return std::nullopt;

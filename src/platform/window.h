@@ -6,14 +6,30 @@
 #include <memory>
 #include <string>
 
-// A message as the editor understands it. The numbers are part of the editor's event table.
+// What a message tells. The numbers are part of the editor's event table.
+enum WindowMessageNumber : std::uint32_t {
+    kMessageClose = 16,
+    kMessageKeyDown = 256,
+    kMessageKeyUp = 257,
+    kMessageCharacter = 258,
+    kMessageMouseMove = 512,
+    kMessageLeftDown = 513,
+    kMessageLeftUp = 514,
+    kMessageLeftDoubleClick = 515,
+    kMessageRightDown = 516,
+    kMessageRightUp = 517,
+    kMessageMiddleDown = 519,
+    kMessageMiddleUp = 520,
+    kMessageWheel = 522,
+};
+
+// A message as the editor understands it.
 struct WindowMessage {
-    std::uint32_t message = 0;  // 16 close, 256 key down, 257 key up, 258 character, 512 to 522
+    std::uint32_t message = 0;  // a WindowMessageNumber
     std::int32_t value = 0;     // virtual key, character or wheel delta (120 a notch)
     std::int32_t x = 0, y = 0;  // mouse place in picture pixels (1920 by 1080, top left origin)
     bool repeat = false;        // of a key down: the key is held, this is no new press
 };
-constexpr std::uint32_t kMessageClose = 16;
 
 // Virtual key codes that the program names; letters and digits are their upper-case characters.
 enum VirtualKey : std::int32_t {

@@ -5,19 +5,6 @@
 
 namespace {
 
-constexpr std::uint32_t kMessageKeyDown = 256;
-constexpr std::uint32_t kMessageKeyUp = 257;
-constexpr std::uint32_t kMessageCharacter = 258;
-constexpr std::uint32_t kMessageMouseMove = 512;
-constexpr std::uint32_t kMessageLeftDown = 513;
-constexpr std::uint32_t kMessageLeftUp = 514;
-constexpr std::uint32_t kMessageLeftDoubleClick = 515;
-constexpr std::uint32_t kMessageRightDown = 516;
-constexpr std::uint32_t kMessageRightUp = 517;
-constexpr std::uint32_t kMessageMiddleDown = 519;
-constexpr std::uint32_t kMessageMiddleUp = 520;
-constexpr std::uint32_t kMessageWheel = 522;
-
 constexpr float kWheelDeltaOfNotch = 120.0f;
 constexpr int kPictureWidth = 1920;
 constexpr int kPictureHeight = 1080;
