@@ -108,7 +108,7 @@ TEST_F(MainLoop, PlaysOnTo230SecondsByTheClock) {
 
 TEST_F(MainLoop, EscDuringTheLoadEndsItBeforeAnyFrameAndWithoutMusic) {
     window_->escapeAfterPolls = 0;
-    window_->messages.push_back({.message = 512, .value = 0, .x = 7, .y = 9});
+    window_->messages.push_back({.message = kMessageMouseMove, .value = 0, .x = 7, .y = 9});
     RunMainLoop(*session_);
     EXPECT_EQ(window_->swaps, 0);
     EXPECT_FALSE(session_->ui->playing);
@@ -118,7 +118,7 @@ TEST_F(MainLoop, EscDuringTheLoadEndsItBeforeAnyFrameAndWithoutMusic) {
 
 TEST_F(MainLoop, DrawsAFrameOnlyWhenNoMessageIsLeft) {
     for (int i = 1; i <= 50; ++i) {
-        window_->messages.push_back({.message = 512, .value = 0, .x = i, .y = 2 * i});
+        window_->messages.push_back({.message = kMessageMouseMove, .value = 0, .x = i, .y = 2 * i});
     }
     session_->ui->editorTime = 231.0f;
     RunMainLoop(*session_);
@@ -144,7 +144,7 @@ TEST_F(MainLoop, F12ChangesTheScreenAndShowsTheCursor) {
         presents.push_back(session_->ui->presentationMode);
         cursors.push_back(SDL_ShowCursor(SDL_QUERY));
         if (presents.size() == 3) window_->messages.push_back({.message = kMessageClose});
-        window_->messages.push_back({.message = 256, .value = kKeyF12});
+        window_->messages.push_back({.message = kMessageKeyDown, .value = kKeyF12});
     };
     RunMainLoop(*session_);
     EXPECT_EQ(presents, (std::vector<bool>{true, false, true}));
@@ -154,7 +154,8 @@ TEST_F(MainLoop, F12ChangesTheScreenAndShowsTheCursor) {
 // The key counts from its press on, while the F12 before it is still among the messages.
 TEST_F(MainLoop, EscRightAfterF12EndsThePlayerThatF12Began) {
     session_->showScreen(ScreenKind::Authoring);
-    window_->messages = {{.message = 256, .value = kKeyF12}, {.message = 256, .value = kKeyEscape}};
+    window_->messages = {{.message = kMessageKeyDown, .value = kKeyF12},
+                         {.message = kMessageKeyDown, .value = kKeyEscape}};
     window_->escapeAfterPolls = 0;
     window_->afterSwap = [&] { window_->messages.push_back({.message = kMessageClose}); };
     RunMainLoop(*session_);
@@ -176,14 +177,14 @@ TEST_F(MainLoop, EscIsTheTextBoxsWhileItIsTypedIntoAndThenEndsTheProgram) {
     session_->showScreen(ScreenKind::Authoring);
     const UI_TextBox& box = *session_->ui->pathBox1;
     const int x = box.x + box.width / 2, y = box.y + 10;
-    window_->messages = {{.message = 513, .value = 0, .x = x, .y = y},
-                         {.message = 514, .value = 0, .x = x, .y = y},
-                         {.message = 256, .value = kKeyEscape}};
+    window_->messages = {{.message = kMessageLeftDown, .value = 0, .x = x, .y = y},
+                         {.message = kMessageLeftUp, .value = 0, .x = x, .y = y},
+                         {.message = kMessageKeyDown, .value = kKeyEscape}};
     window_->afterSwap = [&] {
         if (window_->swaps == 1) {
             EXPECT_TRUE(box.focused);
-            window_->messages = {{.message = 514, .value = 0, .x = x, .y = y},
-                                 {.message = 256, .value = kKeyEscape}};
+            window_->messages = {{.message = kMessageLeftUp, .value = 0, .x = x, .y = y},
+                                 {.message = kMessageKeyDown, .value = kKeyEscape}};
         }
         ASSERT_LT(window_->swaps, 3) << "Esc did not end the program";
     };
@@ -196,10 +197,10 @@ TEST_F(MainLoop, AHeldEscThatClosesThePaletteEndsNothing) {
     session_->showScreen(ScreenKind::Authoring);
     session_->ui->nodeCanvas->openPalette(300, 700);
     ASSERT_NE(session_->ui->master.captured, nullptr);
-    window_->messages = {{.message = 256, .value = kKeyEscape},
-                         {.message = 256, .value = kKeyEscape, .repeat = true},
-                         {.message = 256, .value = kKeyEscape, .repeat = true},
-                         {.message = 257, .value = kKeyEscape}};
+    window_->messages = {{.message = kMessageKeyDown, .value = kKeyEscape},
+                         {.message = kMessageKeyDown, .value = kKeyEscape, .repeat = true},
+                         {.message = kMessageKeyDown, .value = kKeyEscape, .repeat = true},
+                         {.message = kMessageKeyUp, .value = kKeyEscape}};
     window_->afterSwap = [&] {
         EXPECT_EQ(session_->ui->master.captured, nullptr);
         window_->messages.push_back({.message = kMessageClose});
@@ -209,8 +210,8 @@ TEST_F(MainLoop, AHeldEscThatClosesThePaletteEndsNothing) {
 }
 
 TEST_F(MainLoop, AHeldF12ChangesTheScreenOnce) {
-    window_->messages = {{.message = 256, .value = kKeyF12},
-                         {.message = 256, .value = kKeyF12, .repeat = true}};
+    window_->messages = {{.message = kMessageKeyDown, .value = kKeyF12},
+                         {.message = kMessageKeyDown, .value = kKeyF12, .repeat = true}};
     window_->afterSwap = [&] {
         EXPECT_FALSE(session_->ui->presentationMode);
         window_->messages.push_back({.message = kMessageClose});
@@ -266,12 +267,12 @@ TEST_F(MainLoop, EscBringsAHiddenEditorBackBeforeItEndsTheProgram) {
     session_->ui->HideEditor();
     window_->afterSwap = [&] {
         EXPECT_TRUE(session_->ui->restorePanel->hidden);
-        window_->messages = {{.message = 256, .value = kKeyEscape},
-                             {.message = 257, .value = kKeyEscape}};
+        window_->messages = {{.message = kMessageKeyDown, .value = kKeyEscape},
+                             {.message = kMessageKeyUp, .value = kKeyEscape}};
         ASSERT_LT(window_->swaps, 3) << "Esc did not end the program";
     };
-    window_->messages = {{.message = 256, .value = kKeyEscape},
-                         {.message = 257, .value = kKeyEscape}};
+    window_->messages = {{.message = kMessageKeyDown, .value = kKeyEscape},
+                         {.message = kMessageKeyUp, .value = kKeyEscape}};
     RunMainLoop(*session_);
     EXPECT_EQ(window_->swaps, 1);
 }

@@ -33,21 +33,6 @@
 
 namespace {
 
-enum Message : std::uint32_t {
-    kKeyPress = 256,
-    kKeyRelease = 257,
-    kChar = 258,
-    kMove = 512,
-    kLeftPress = 513,
-    kLeftRelease = 514,
-    kLeftDouble = 515,
-    kRightPress = 516,
-    kRightRelease = 517,
-    kMiddlePress = 519,
-    kMiddleRelease = 520,
-    kWheelTurn = 522,
-};
-
 struct Place {
     int x = 0, y = 0;
 };
@@ -80,17 +65,17 @@ class Monkey {
         }
         const int kind = below(100);
         if (kind < 20) {
-            click(kLeftPress, kLeftRelease, somewhere());
+            click(kMessageLeftDown, kMessageLeftUp, somewhere());
         } else if (kind < 34) {
-            drag(kLeftPress, kLeftRelease);
+            drag(kMessageLeftDown, kMessageLeftUp);
         } else if (kind < 48) {
             link();
         } else if (kind < 58) {
             animate();
         } else if (kind < 63) {
-            click(kRightPress, kRightRelease, somewhere());
+            click(kMessageRightDown, kMessageRightUp, somewhere());
         } else if (kind < 65) {
-            drag(kMiddlePress, kMiddleRelease);
+            drag(kMessageMiddleDown, kMessageMiddleUp);
         } else if (kind < 68) {
             wheel();
         } else if (kind < 71) {
@@ -165,24 +150,24 @@ class Monkey {
     }
 
     void key(int virtualKey) {
-        send(kKeyPress, place_, virtualKey);
-        if (!oneIn(40)) send(kKeyRelease, place_, virtualKey);
+        send(kMessageKeyDown, place_, virtualKey);
+        if (!oneIn(40)) send(kMessageKeyUp, place_, virtualKey);
     }
 
     void moveTo(const Place& place) {
         place_ = place;
-        send(kMove, place);
+        send(kMessageMouseMove, place);
     }
 
     void click(std::uint32_t press, std::uint32_t release, const Place& place) {
         const int held = below(12);
-        if (held == 0) send(kKeyPress, place, kKeyShift);
-        if (held == 1) send(kKeyPress, place, kKeyControl);
+        if (held == 0) send(kMessageKeyDown, place, kKeyShift);
+        if (held == 1) send(kMessageKeyDown, place, kKeyControl);
         moveTo(place);
         send(press, place);
         if (!oneIn(60)) send(release, place);
-        if (held == 0) send(kKeyRelease, place, kKeyShift);
-        if (held == 1) send(kKeyRelease, place, kKeyControl);
+        if (held == 0) send(kMessageKeyUp, place, kKeyShift);
+        if (held == 1) send(kMessageKeyUp, place, kKeyControl);
     }
 
     void drag(std::uint32_t press, std::uint32_t release) {
@@ -211,17 +196,17 @@ class Monkey {
         Place to = {view.screenX(socket.x), view.screenY(socket.y)};
         if (oneIn(4)) std::swap(from, to);
         moveTo(from);
-        send(kLeftPress, from);
+        send(kMessageLeftDown, from);
         moveTo({(from.x + to.x) / 2, (from.y + to.y) / 2});
         moveTo(to);
-        send(kLeftRelease, to);
+        send(kMessageLeftUp, to);
     }
 
     // Opens the values of a node, or animates what is under the pointer.
     void animate() {
         if (oneIn(2)) {
             const Place box = onBox();
-            click(kRightPress, kRightRelease, box);
+            click(kMessageRightDown, kMessageRightUp, box);
             return;
         }
         const UI_PropertiesColumn* const column = ui().propertiesPanel.get();
@@ -239,14 +224,14 @@ class Monkey {
     void wheel() {
         moveTo(somewhere());
         for (int turns = 1 + below(4); turns > 0; --turns) {
-            send(kWheelTurn, place_, oneIn(2) ? 120 : -120);
+            send(kMessageWheel, place_, oneIn(2) ? 120 : -120);
         }
     }
 
     void doubleClick() {
-        click(kLeftPress, kLeftRelease, somewhere());
-        send(kLeftDouble, place_);
-        send(kLeftRelease, place_);
+        click(kMessageLeftDown, kMessageLeftUp, somewhere());
+        send(kMessageLeftDoubleClick, place_);
+        send(kMessageLeftUp, place_);
     }
 
     void shortcut() {
@@ -273,21 +258,21 @@ class Monkey {
             key(kPlain[static_cast<std::size_t>(below(static_cast<int>(kPlain.size())))]);
             return;
         }
-        send(kKeyPress, place_, kKeyControl);
+        send(kMessageKeyDown, place_, kKeyControl);
         // What takes long is rare: save, load, import, new.
         const std::string_view keys = oneIn(12) ? "SSOIN" : kWithControl;
         key(keys[static_cast<std::size_t>(below(static_cast<int>(keys.size())))]);
-        send(kKeyRelease, place_, kKeyControl);
+        send(kMessageKeyUp, place_, kKeyControl);
     }
 
     void type() {
         // No separators of folders: what is typed may name a file that is written.
         static constexpr std::string_view kLetters = "0123456789.-abcxyzABC _\"%#\x01\xE9";
-        if (oneIn(2)) click(kLeftPress, kLeftRelease, onWidget());
+        if (oneIn(2)) click(kMessageLeftDown, kMessageLeftUp, onWidget());
         for (int count = 1 + below(8); count > 0; --count) {
             const auto letter = static_cast<unsigned char>(
                 kLetters[static_cast<std::size_t>(below(static_cast<int>(kLetters.size())))]);
-            send(kChar, place_, letter);
+            send(kMessageCharacter, place_, letter);
         }
         if (!oneIn(3)) key(oneIn(4) ? kKeyEscape : kKeyReturn);
     }
@@ -302,15 +287,19 @@ class Monkey {
             names[static_cast<std::size_t>(below(static_cast<int>(names.size())))];
         const std::size_t length = oneIn(3) ? 2 : name.size();
         for (const char letter : name.substr(0, length)) {
-            send(kChar, place_, static_cast<unsigned char>(letter));
+            send(kMessageCharacter, place_, static_cast<unsigned char>(letter));
         }
         key(kKeyReturn);
     }
 
     // What no window sends, but a broken driver or another program may.
     void oddMessage() {
-        static constexpr std::array<std::uint32_t, 14> kAll = {256, 257, 258, 512, 513, 514, 515,
-                                                               516, 517, 518, 519, 520, 522, 16};
+        constexpr std::uint32_t kNoMessage = 518;  // among those of the mouse
+        static constexpr std::array<std::uint32_t, 14> kAll = {
+            kMessageKeyDown,  kMessageKeyUp,  kMessageCharacter,       kMessageMouseMove,
+            kMessageLeftDown, kMessageLeftUp, kMessageLeftDoubleClick, kMessageRightDown,
+            kMessageRightUp,  kNoMessage,     kMessageMiddleDown,      kMessageMiddleUp,
+            kMessageWheel,    kMessageClose};
         const std::uint32_t message = kAll[static_cast<std::size_t>(below(14))];
         const auto value = oneIn(3) ? static_cast<int>(random_()) : below(256);
         Place place = anywhere();

@@ -49,10 +49,6 @@ inline std::tm LastMinuteOfADay() {
 
 class AuthoringTest : public GlTest {
   protected:
-    static constexpr std::uint32_t kMove = 512, kLeftDown = 513, kLeftUp = 514, kDouble = 515,
-                                   kRightDown = 516, kMiddleDown = 519, kMiddleUp = 520,
-                                   kWheel = 522, kKeyPress = 256, kKeyRelease = 257;
-
     AuthoringTest() : engine(types(), nullptr) {}
 
     void SetUp() override {
@@ -109,30 +105,30 @@ class AuthoringTest : public GlTest {
         ui.master.Dispatch({message, value, x, y});
     }
     void click(int x, int y) {
-        send(kLeftDown, x, y);
-        send(kLeftUp, x, y);
+        send(kMessageLeftDown, x, y);
+        send(kMessageLeftUp, x, y);
     }
     void press(const UI_Object* widget) {
         ASSERT_NE(widget, nullptr);
         click(widget->x + widget->width / 2, widget->y + widget->height / 2);
     }
     void key(int virtualKey, int x = 5, int y = 5) {
-        send(kMove, x, y);
-        send(kKeyPress, x, y, virtualKey);
-        send(kKeyRelease, x, y, virtualKey);
+        send(kMessageMouseMove, x, y);
+        send(kMessageKeyDown, x, y, virtualKey);
+        send(kMessageKeyUp, x, y, virtualKey);
     }
     void ctrlKey(int virtualKey, int x = 5, int y = 5) {
-        send(kMove, x, y);
-        send(kKeyPress, x, y, kKeyControl);
-        send(kKeyPress, x, y, virtualKey);
-        send(kKeyRelease, x, y, virtualKey);
-        send(kKeyRelease, x, y, kKeyControl);
+        send(kMessageMouseMove, x, y);
+        send(kMessageKeyDown, x, y, kKeyControl);
+        send(kMessageKeyDown, x, y, virtualKey);
+        send(kMessageKeyUp, x, y, virtualKey);
+        send(kMessageKeyUp, x, y, kKeyControl);
     }
     // A press that goes on: the window repeats it. The key stays down.
     void hold(int virtualKey, int x, int y) {
-        send(kMove, x, y);
-        send(kKeyPress, x, y, virtualKey);
-        for (int i = 0; i < 3; ++i) ui.master.Dispatch({kKeyPress, virtualKey, x, y, true});
+        send(kMessageMouseMove, x, y);
+        send(kMessageKeyDown, x, y, virtualKey);
+        for (int i = 0; i < 3; ++i) ui.master.Dispatch({kMessageKeyDown, virtualKey, x, y, true});
     }
     void frame() {
         ui.BeginFrameUpdate();

@@ -95,14 +95,14 @@ class CanvasTest : public ::testing::Test {
         return {canvas.view.screenX(b.x + 80), canvas.view.screenY(b.y + 22)};
     }
 
-    void move(const Spot& at) { Play(master, 512, at.x, at.y); }
+    void move(const Spot& at) { Play(master, kMessageMouseMove, at.x, at.y); }
     void press(const Spot& at) {
         move(at);
-        Play(master, 513, at.x, at.y);
+        Play(master, kMessageLeftDown, at.x, at.y);
     }
     void release(const Spot& at) {
         move(at);
-        Play(master, 514, at.x, at.y);
+        Play(master, kMessageLeftUp, at.x, at.y);
     }
     void drag(const Spot& from, const Spot& to) {
         press(from);
@@ -111,22 +111,22 @@ class CanvasTest : public ::testing::Test {
     void click(const Spot& at) { drag(at, at); }
     void wheel(const Spot& at, int delta) {
         move(at);
-        Play(master, 522, at.x, at.y, delta);
+        Play(master, kMessageWheel, at.x, at.y, delta);
     }
     void doubleClick(const Spot& at) {
         click(at);
-        Play(master, 515, at.x, at.y);
-        Play(master, 514, at.x, at.y);
+        Play(master, kMessageLeftDoubleClick, at.x, at.y);
+        Play(master, kMessageLeftUp, at.x, at.y);
     }
-    void key(int code) { Play(master, 256, 0, 0, code); }
-    void keyUp(int code) { Play(master, 257, 0, 0, code); }
+    void key(int code) { Play(master, kMessageKeyDown, 0, 0, code); }
+    void keyUp(int code) { Play(master, kMessageKeyUp, 0, 0, code); }
     void ctrl(int code) {
         key(kKeyControl);
         key(code);
         keyUp(kKeyControl);
     }
     void type(const std::string& text) {
-        for (const char c : text) Play(master, 258, 0, 0, c);
+        for (const char c : text) Play(master, kMessageCharacter, 0, 0, c);
     }
 
     UI_Master master;

@@ -273,8 +273,8 @@ TEST_F(UiCommandTest, AHeldSpaceTogglesOnce) {
     edit();
     hold(kKeySpace, 5, 5);
     EXPECT_TRUE(ui.playing);
-    send(kKeyRelease, 5, 5, kKeySpace);
-    send(kKeyPress, 5, 5, kKeySpace);
+    send(kMessageKeyUp, 5, 5, kKeySpace);
+    send(kMessageKeyDown, 5, 5, kKeySpace);
     EXPECT_FALSE(ui.playing);
 }
 
@@ -419,10 +419,10 @@ TEST_F(UiCommandTest, KeysAreTheTextBoxsWhileItIsTypedInto) {
     const UI_TextBox& box = *ui.pathBox1;
     click(box.x + box.width / 2, box.y + 10);
     ASSERT_TRUE(box.focused);
-    send(kKeyPress, 5, 5, kKeySpace);
+    send(kMessageKeyDown, 5, 5, kKeySpace);
     EXPECT_FALSE(ui.playing);
-    send(kKeyPress, 5, 5, kKeyControl);
-    send(kKeyPress, 5, 5, 'S');
+    send(kMessageKeyDown, 5, 5, kKeyControl);
+    send(kMessageKeyDown, 5, 5, 'S');
     EXPECT_FALSE(exists("work.vorn"));
 }
 

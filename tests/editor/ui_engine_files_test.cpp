@@ -12,8 +12,6 @@ using testing::UnorderedElementsAre;
 
 namespace {
 
-constexpr std::uint32_t kCharacter = 258;
-
 class UiFilesTest : public AuthoringTest {
   protected:
     UI_TextBox& setting(std::size_t index) {
@@ -25,14 +23,14 @@ class UiFilesTest : public AuthoringTest {
     void typeInto(const UI_TextBox& box, const std::string& text) {
         click(box.x + box.width / 2, box.y + 10);
         ASSERT_TRUE(box.focused);
-        while (!box.buffer.empty()) send(kKeyPress, 5, 5, kKeyBack);
-        for (const char c : text) send(kCharacter, 5, 5, c);
-        send(kKeyRelease, 5, 5, kKeyReturn);
+        while (!box.buffer.empty()) send(kMessageKeyDown, 5, 5, kKeyBack);
+        for (const char c : text) send(kMessageCharacter, 5, 5, c);
+        send(kMessageKeyUp, 5, 5, kKeyReturn);
         ASSERT_FALSE(box.focused);
     }
     void rightClick(const UI_Object& widget) {
-        send(kRightDown, widget.x + 20, widget.y + 10);
-        send(kRightUp, widget.x + 20, widget.y + 10);
+        send(kMessageRightDown, widget.x + 20, widget.y + 10);
+        send(kMessageRightUp, widget.x + 20, widget.y + 10);
     }
     // A pair of files with one node "n", in the working folder.
     void makeProject(const std::string& name, const std::string& innerName) {
@@ -54,8 +52,6 @@ class UiFilesTest : public AuthoringTest {
         questions.clear();
     }
     static bool lastMessageIsFault() { return RecentDebugOutput().back().fault; }
-
-    static constexpr std::uint32_t kRightUp = 517;
 };
 
 }  // namespace

@@ -40,7 +40,7 @@ class UiScreenTest : public AuthoringTest {
     void rightPressBox(const std::string& id) {
         const UI_Node& box = *ui.nodeCanvas->boxOf(id);
         const CanvasView& view = ui.nodeCanvas->view;
-        send(kRightDown, view.screenX(box.x + 80), view.screenY(box.y + 10));
+        send(kMessageRightDown, view.screenX(box.x + 80), view.screenY(box.y + 10));
     }
     UI_ViewerNode& viewer(const std::string& id) {
         return dynamic_cast<UI_ViewerNode&>(*engine.findNode(id));
@@ -107,7 +107,7 @@ TEST_F(UiScreenTest, AChangeOfScreensEndsAGesture) {
     const UI_TextBox& box = *ui.pathBox1;
     const std::string before = engine.musicFile;
     click(box.x + box.width / 2, box.y + 10);
-    send(258, 0, 0, 'x');
+    send(kMessageCharacter, 0, 0, 'x');
     ASSERT_NE(ui.master.captured, nullptr);
     ui.ShowScreen(ScreenKind::Presentation);
     EXPECT_EQ(ui.master.captured, nullptr);
@@ -118,10 +118,10 @@ TEST_F(UiScreenTest, AChangeOfScreensEndsAGesture) {
 TEST_F(UiScreenTest, APressedButtonDoesNothingWhenTheScreenChanges) {
     makeScene();
     edit();
-    send(kLeftDown, ui.saveButton->x + 5, ui.saveButton->y + 5);
+    send(kMessageLeftDown, ui.saveButton->x + 5, ui.saveButton->y + 5);
     ui.ShowScreen(ScreenKind::Presentation);
     edit();
-    send(kLeftUp, ui.saveButton->x + 5, ui.saveButton->y + 5);
+    send(kMessageLeftUp, ui.saveButton->x + 5, ui.saveButton->y + 5);
     EXPECT_FALSE(exists("work.vorn"));
 }
 
@@ -139,9 +139,9 @@ TEST_F(UiScreenTest, OutputsAreListedByTheirNames) {
     // Press on the field, drag to the second row, let go.
     const UI_Selection& selector = *ui.outputSelector;
     const int x = selector.x + selector.width / 2;
-    send(kLeftDown, x, selector.y + 10);
-    send(kMove, x, selector.y + 33 + 25);
-    send(kLeftUp, x, selector.y + 33 + 25);
+    send(kMessageLeftDown, x, selector.y + 10);
+    send(kMessageMouseMove, x, selector.y + 33 + 25);
+    send(kMessageLeftUp, x, selector.y + 33 + 25);
     EXPECT_EQ(ui.selectedOutput, 1);
     ui.DrawFrame();
     EXPECT_EQ(viewer("view").target, nullptr);
@@ -334,12 +334,12 @@ TEST_F(UiScreenTest, PanelsStandBelowEachOtherAndScroll) {
     EXPECT_LE(panelOf("d").y + panelOf("d").height, ui.propertiesPanel->y + 1004)
         << "the one opened last is seen";
     const int before = panelOf("d").y;
-    send(kWheel, 0, 0, 120);  // the pointer is elsewhere
+    send(kMessageWheel, 0, 0, 120);  // the pointer is elsewhere
     EXPECT_EQ(panelOf("d").y, before);
-    send(kMove, ui.propertiesPanel->x + 20, 500);
-    send(kWheel, 0, 0, 120);
+    send(kMessageMouseMove, ui.propertiesPanel->x + 20, 500);
+    send(kMessageWheel, 0, 0, 120);
     EXPECT_EQ(panelOf("d").y, before + 60);
-    for (int i = 0; i < 500; ++i) send(kWheel, 0, 0, 120);
+    for (int i = 0; i < 500; ++i) send(kMessageWheel, 0, 0, 120);
     EXPECT_EQ(panelOf("a").y, ui.propertiesPanel->y + 5);
 }
 
@@ -423,7 +423,7 @@ TEST_F(UiScreenTest, F1ShowsTheKeysUntilSomethingIsPressed) {
     key(kKeyF1);
     EXPECT_NE(ui.master.captured, nullptr);
     ui.DrawFrame();
-    send(kKeyPress, 5, 5, kKeySpace);
+    send(kMessageKeyDown, 5, 5, kKeySpace);
     EXPECT_EQ(ui.master.captured, nullptr);
     EXPECT_FALSE(ui.playing) << "the press only closes the sheet";
 }

@@ -35,7 +35,7 @@ TEST_F(HeldKeysTest, AHeldSAnimatesOnce) {
     hold('S', at.x, at.y);
     EXPECT_THAT(engine.allTracks(), SizeIs(1));
     EXPECT_TRUE(row(kSize).keyed);
-    send(kKeyRelease, at.x, at.y, 'S');
+    send(kMessageKeyUp, at.x, at.y, 'S');
     hold('S', at.x, at.y);
     EXPECT_THAT(engine.allTracks(), IsEmpty());
     EXPECT_FALSE(row(kSize).keyed);
@@ -43,8 +43,8 @@ TEST_F(HeldKeysTest, AHeldSAnimatesOnce) {
 
 TEST_F(HeldKeysTest, AHeldCtrlSSavesOnceAndAnimatesNothing) {
     const Spot at = onRow(kSize);
-    send(kMove, at.x, at.y);
-    send(kKeyPress, at.x, at.y, kKeyControl);
+    send(kMessageMouseMove, at.x, at.y);
+    send(kMessageKeyDown, at.x, at.y, kKeyControl);
     hold('S', at.x, at.y);
     EXPECT_THAT(engine.allTracks(), IsEmpty());
     EXPECT_THAT(ui.backupHistory, SizeIs(2));
@@ -53,21 +53,21 @@ TEST_F(HeldKeysTest, AHeldCtrlSSavesOnceAndAnimatesNothing) {
 TEST_F(HeldKeysTest, ShortcutsAreNoGesturesOfAWidgetThatHasTheMouse) {
     const UI_Object& control = row(kSize);
     const int x = control.x + control.width / 2 + 3, y = control.y + 9;
-    send(kKeyPress, x, y, kKeyControl);
-    send(kLeftDown, x, y);
+    send(kMessageKeyDown, x, y, kKeyControl);
+    send(kMessageLeftDown, x, y);
     ASSERT_EQ(ui.master.captured, &control);
-    send(kKeyPress, x, y, 'S');
+    send(kMessageKeyDown, x, y, 'S');
     EXPECT_THAT(engine.allTracks(), IsEmpty());
     EXPECT_FALSE(control.keyed);
-    send(kKeyRelease, x, y, kKeyControl);
-    send(kKeyPress, x, y, 'S');
+    send(kMessageKeyUp, x, y, kKeyControl);
+    send(kMessageKeyDown, x, y, 'S');
     ASSERT_THAT(engine.allTracks(), SizeIs(1)) << "without ctrl it is one";
-    send(kLeftUp, x, y);
+    send(kMessageLeftUp, x, y);
     engine.time = 3;
-    send(kKeyPress, x, y, kKeyControl);
-    send(kKeyPress, x, y, 'P');
+    send(kMessageKeyDown, x, y, kKeyControl);
+    send(kMessageKeyDown, x, y, 'P');
     EXPECT_THAT(engine.allTracks()[0]->keys(), SizeIs(1));
-    send(kKeyRelease, 5, 5, kKeyControl);  // off the number, of whose keys that would be one
+    send(kMessageKeyUp, 5, 5, kKeyControl);  // off the number, of whose keys that would be one
     key('P', x, y);
     EXPECT_THAT(engine.allTracks()[0]->keys(), SizeIs(2));
 }
@@ -75,11 +75,11 @@ TEST_F(HeldKeysTest, ShortcutsAreNoGesturesOfAWidgetThatHasTheMouse) {
 TEST_F(HeldKeysTest, HeldKeysOfTheCanvasCountOnce) {
     const int x = 700, y = ui.nodeCanvas->y + 200;
     ui.nodeCanvas->select({"a"});
-    send(kMove, x, y);
-    send(kKeyPress, x, y, kKeyControl);
+    send(kMessageMouseMove, x, y);
+    send(kMessageKeyDown, x, y, kKeyControl);
     hold('D', x, y);
-    send(kKeyRelease, x, y, 'D');
-    send(kKeyRelease, x, y, kKeyControl);
+    send(kMessageKeyUp, x, y, 'D');
+    send(kMessageKeyUp, x, y, kKeyControl);
     EXPECT_EQ(engine.nodes.size(), 4u);
     ui.nodeCanvas->select({"b"});
     hold('E', x, y);
@@ -97,7 +97,7 @@ TEST_F(HeldKeysTest, AHeldCtrlMakesANumberFineThatThePointerComesTo) {
     hold(kKeyControl, at.x, at.y);
     auto& control = dynamic_cast<UI_ValueControl&>(row(kSize));
     control.fineFactor = 1;
-    ui.master.Dispatch({kKeyPress, kKeyControl, at.x, at.y, true});
+    ui.master.Dispatch({kMessageKeyDown, kKeyControl, at.x, at.y, true});
     EXPECT_EQ(control.fineFactor, 0.05f);
 }
 
@@ -105,24 +105,24 @@ TEST_F(HeldKeysTest, F1OpensTheSheetEveryTimeAndHoldingItLeavesItOpen) {
     for (int i = 0; i < 3; ++i) {
         hold(kKeyF1, 5, 5);
         EXPECT_NE(ui.master.captured, nullptr) << i;
-        send(kKeyRelease, 5, 5, kKeyF1);
+        send(kMessageKeyUp, 5, 5, kKeyF1);
         EXPECT_NE(ui.master.captured, nullptr) << "a release closes nothing";
-        send(kKeyPress, 5, 5, kKeyF1);
+        send(kMessageKeyDown, 5, 5, kKeyF1);
         EXPECT_EQ(ui.master.captured, nullptr) << i;
-        send(kKeyRelease, 5, 5, kKeyF1);
+        send(kMessageKeyUp, 5, 5, kKeyF1);
     }
 }
 
 TEST_F(HeldKeysTest, AKeyReleasedWhileAWidgetHasTheMouseWorksAgain) {
     const UI_Object& control = row(kSize);
     const int x = control.x + control.width / 2 + 3, y = control.y + 9;
-    send(kKeyPress, 5, 5, kKeySpace);
+    send(kMessageKeyDown, 5, 5, kKeySpace);
     EXPECT_TRUE(ui.playing);
-    send(kLeftDown, x, y);
+    send(kMessageLeftDown, x, y);
     ASSERT_EQ(ui.master.captured, &control);
-    send(kKeyRelease, x, y, kKeySpace);
-    send(kLeftUp, x, y);
-    send(kKeyPress, 5, 5, kKeySpace);
+    send(kMessageKeyUp, x, y, kKeySpace);
+    send(kMessageLeftUp, x, y);
+    send(kMessageKeyDown, 5, 5, kKeySpace);
     EXPECT_FALSE(ui.playing);
 }
 

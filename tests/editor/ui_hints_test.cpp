@@ -15,7 +15,7 @@ namespace {
 class UiHintTest : public AuthoringTest {
   protected:
     std::string hintAt(int x, int y) {
-        send(kMove, x, y);
+        send(kMessageMouseMove, x, y);
         return ui.HintOfMoment();
     }
     std::string hintAt(const UI_Object& widget) {
@@ -69,10 +69,10 @@ TEST_F(UiHintTest, StaysWithASliderWhileItIsDragged) {
     ui.DrawFrame();
     const auto* color = firstOn<UI_ColorSelector>(*ui.openPanels.at("a"));
     ASSERT_NE(color, nullptr);
-    send(kLeftDown, color->x + 270, color->y + 20);
+    send(kMessageLeftDown, color->x + 270, color->y + 20);
     ASSERT_NE(dynamic_cast<const UI_Slider*>(ui.master.captured), nullptr);
     EXPECT_THAT(hintAt(700, 900), HasSubstr("sliders (Ctrl: finer)"));
-    send(kLeftUp, 700, 900);
+    send(kMessageLeftUp, 700, 900);
 }
 
 TEST_F(UiHintTest, IsTheCanvassWhileSomethingOnItHasTheMouseOrTheKeyboard) {
@@ -80,23 +80,23 @@ TEST_F(UiHintTest, IsTheCanvassWhileSomethingOnItHasTheMouseOrTheKeyboard) {
     edit();
     const std::string ofPlayer = "F1: all keys";
     // The list of types, with the pointer on the picture.
-    send(kMove, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100);
-    send(kKeyPress, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100, kKeyTab);
+    send(kMessageMouseMove, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100);
+    send(kMessageKeyDown, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100, kKeyTab);
     ASSERT_NE(ui.master.captured, nullptr);
     ASSERT_NE(ui.master.captured, ui.nodeCanvas.get());
     EXPECT_TRUE(IsOfNodeCanvas(*ui.master.captured));
     EXPECT_THAT(ui.HintOfMoment(), Not(HasSubstr(ofPlayer)));
     EXPECT_THAT(ui.HintOfMoment(), Not(IsEmpty()));
-    send(kKeyRelease, 0, 0, kKeyTab);
+    send(kMessageKeyUp, 0, 0, kKeyTab);
     ui.ShowScreen(ScreenKind::Presentation);
     edit();
     // A box that is dragged.
     const UI_Node& box = *ui.nodeCanvas->boxOf("b");
     const CanvasView& view = ui.nodeCanvas->view;
-    send(kLeftDown, view.screenX(box.x + 80), view.screenY(box.y + 10));
-    send(kMove, view.screenX(box.x + 80) + 20, view.screenY(box.y + 10));
+    send(kMessageLeftDown, view.screenX(box.x + 80), view.screenY(box.y + 10));
+    send(kMessageMouseMove, view.screenX(box.x + 80) + 20, view.screenY(box.y + 10));
     ASSERT_NE(ui.master.captured, nullptr);
     EXPECT_TRUE(IsOfNodeCanvas(*ui.master.captured));
     EXPECT_THAT(ui.HintOfMoment(), Not(HasSubstr(ofPlayer)));
-    send(kLeftUp, view.screenX(box.x + 80) + 20, view.screenY(box.y + 10));
+    send(kMessageLeftUp, view.screenX(box.x + 80) + 20, view.screenY(box.y + 10));
 }

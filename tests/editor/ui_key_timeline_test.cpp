@@ -35,12 +35,12 @@ class KeyTimelineTest : public AuthoringTest {
     int y(float value) { return timeline().view.yOf(value); }
     int rulerY() { return timeline().view.top - 10; }
     void drag(int fromX, int fromY, int toX, int toY) {
-        send(kLeftDown, fromX, fromY);
-        send(kMove, (fromX + toX) / 2, (fromY + toY) / 2);
-        send(kMove, toX, toY);
-        send(kLeftUp, toX, toY);
+        send(kMessageLeftDown, fromX, fromY);
+        send(kMessageMouseMove, (fromX + toX) / 2, (fromY + toY) / 2);
+        send(kMessageMouseMove, toX, toY);
+        send(kMessageLeftUp, toX, toY);
     }
-    void hold(int virtualKey) { send(kKeyPress, 0, 0, virtualKey); }
+    void hold(int virtualKey) { send(kMessageKeyDown, 0, 0, virtualKey); }
 };
 
 }  // namespace
@@ -58,7 +58,7 @@ TEST_F(KeyTimelineTest, ListsTracksByDisplayNamesInTheEnginesOrder) {
 
 TEST_F(KeyTimelineTest, ARefreshClosesTheOpenChoice) {
     UI_Selection& selection = *timeline().trackSelection;
-    send(kLeftDown, selection.x + selection.width / 2, selection.y + 10);
+    send(kMessageLeftDown, selection.x + selection.width / 2, selection.y + 10);
     ASSERT_TRUE(selection.open);
     ui.RefreshTimeline();
     EXPECT_FALSE(selection.open);
@@ -81,8 +81,8 @@ TEST_F(KeyTimelineTest, PickedKeysStayPickedWhenKeysComeAndGoElsewhere) {
     track().eraseKey(2);
     EXPECT_THAT(timeline().PickedIndices(), ElementsAre(2)) << "that key has gone";
     track().insertKey(0.25f, 1);
-    send(kMove, x(0.75f), y(3.5f));
-    send(kKeyPress, x(0.75f), y(3.5f), kKeyDelete);
+    send(kMessageMouseMove, x(0.75f), y(3.5f));
+    send(kMessageKeyDown, x(0.75f), y(3.5f), kKeyDelete);
     EXPECT_THAT(TimesOf(track().keys()), ElementsAre(0, 0.25f, 0.5f));
 }
 
@@ -126,8 +126,8 @@ TEST_F(KeyTimelineTest, TheRulerMovesTheClockAndTheMusic) {
 }
 
 TEST_F(KeyTimelineTest, ADoubleClickAddsAKeyOnTheBeat) {
-    send(kDouble, x(1.02f), y(2));
-    send(kLeftUp, x(1.02f), y(2));
+    send(kMessageLeftDoubleClick, x(1.02f), y(2));
+    send(kMessageLeftUp, x(1.02f), y(2));
     ASSERT_EQ(track().keys().size(), 4u);
     EXPECT_FLOAT_EQ(track().keys()[1].time, 1);
     EXPECT_NEAR(track().keys()[1].value, 2, 0.01);  // a pixel is an eightieth
@@ -137,7 +137,7 @@ TEST_F(KeyTimelineTest, ADoubleClickAddsAKeyOnTheBeat) {
 
 TEST_F(KeyTimelineTest, WithCtrlNothingSnaps) {
     hold(kKeyControl);
-    send(kDouble, x(1.03f), y(2));
+    send(kMessageLeftDoubleClick, x(1.03f), y(2));
     EXPECT_NEAR(track().keys()[1].time, 1.03, 0.006);  // half a pixel
 }
 
@@ -174,9 +174,9 @@ TEST_F(KeyTimelineTest, AClickAloneMovesNothing) {
 }
 
 TEST_F(KeyTimelineTest, EscapeBringsADraggedKeyBack) {
-    send(kLeftDown, x(2), y(1));
-    send(kMove, x(3), y(3));
-    send(kKeyRelease, x(3), y(3), kKeyEscape);
+    send(kMessageLeftDown, x(2), y(1));
+    send(kMessageMouseMove, x(3), y(3));
+    send(kMessageKeyUp, x(3), y(3), kKeyEscape);
     EXPECT_EQ(ui.master.captured, nullptr);
     EXPECT_THAT(TimesOf(track().keys()), ElementsAre(0, 2, 4));
     EXPECT_EQ(track().keys()[1].value, 1);
@@ -194,7 +194,7 @@ TEST_F(KeyTimelineTest, AFrameOrShiftPicksSeveralKeysThatMoveTogether) {
 
 TEST_F(KeyTimelineTest, RightPressesGoThroughTheFourEasings) {
     for (const std::int32_t mode : {kKeyEaseIn, kKeyEaseOut, kKeyCosine, kKeyLinear}) {
-        send(kRightDown, x(2), y(1));
+        send(kMessageRightDown, x(2), y(1));
         EXPECT_EQ(track().keys()[1].mode, mode);
     }
 }
@@ -228,25 +228,25 @@ TEST_F(KeyTimelineTest, PickedKeysThatHaveGoneDoNoHarm) {
 }
 
 TEST_F(KeyTimelineTest, ATrackThatGoesDuringADragEndsIt) {
-    send(kLeftDown, x(2), y(1));
-    send(kMove, x(2.5f), y(1));
+    send(kMessageLeftDown, x(2), y(1));
+    send(kMessageMouseMove, x(2.5f), y(1));
     engine.removeAnimation("a", "Size");
-    send(kMove, x(3), y(2));
-    send(kLeftUp, x(3), y(2));
+    send(kMessageMouseMove, x(3), y(2));
+    send(kMessageLeftUp, x(3), y(2));
     EXPECT_EQ(ui.master.captured, nullptr);
     ui.DrawFrame();
 }
 
 TEST_F(KeyTimelineTest, TheWheelZoomsAboutThePointerAndTheMiddleButtonPans) {
     const int pixel = x(2);
-    send(kMove, pixel, y(1));
-    send(kWheel, 0, 0, 120);
+    send(kMessageMouseMove, pixel, y(1));
+    send(kMessageWheel, 0, 0, 120);
     EXPECT_FLOAT_EQ(timeline().view.pixelsPerSecond, 125);
     EXPECT_EQ(x(2), pixel);
     const float topValue = timeline().view.topValue;
-    send(kMiddleDown, 700, 800);
-    send(kMove, 700 + 125, 840);
-    send(kMiddleUp, 700 + 125, 840);
+    send(kMessageMiddleDown, 700, 800);
+    send(kMessageMouseMove, 700 + 125, 840);
+    send(kMessageMiddleUp, 700 + 125, 840);
     EXPECT_EQ(x(2), pixel + 125);
     EXPECT_FLOAT_EQ(timeline().view.topValue, topValue + 0.5f);
     EXPECT_EQ(ui.master.captured, nullptr);
@@ -266,8 +266,8 @@ TEST_F(KeyTimelineTest, AFramedViewFollowsKeysThatComeFromElsewhere) {
     EXPECT_GE(timeline().view.timeAt(timeline().view.left + timeline().view.width), 40);
     EXPECT_GE(timeline().view.topValue, 9);
     // Not any more once someone has chosen what to see.
-    send(kMove, x(20), y(4));
-    send(kWheel, x(20), y(4), 120);
+    send(kMessageMouseMove, x(20), y(4));
+    send(kMessageWheel, x(20), y(4), 120);
     const KeyTimelineView chosen = timeline().view;
     track().setKeys({{0, 0, kKeyCosine}, {90, 80, kKeyCosine}});
     ui.DrawFrame();
@@ -299,8 +299,8 @@ TEST_F(KeyTimelineTest, NumbersThatAreNoneAndKeysOutOfOrderAreDrawn) {
     key(kKeyHome, x(1), y(2));
     for (int i = 0; i < 3; ++i) {
         ui.DrawFrame();
-        send(kMove, 800, 800);
-        send(kWheel, 0, 0, -120);
+        send(kMessageMouseMove, 800, 800);
+        send(kMessageWheel, 0, 0, -120);
     }
 }
 

@@ -55,7 +55,7 @@ TEST_F(CanvasPictures, ABoxAtZoomOneIsTheBoxItselfAlsoInADrag) {
         }
     };
     expectLone(draw(), 0);
-    Play(master, 513, lone.x + 50, lone.y + 10);
+    Play(master, kMessageLeftDown, lone.x + 50, lone.y + 10);
     ASSERT_EQ(master.captured, canvas.boxOf("Glow1"));
     expectLone(draw(), 1);  // but for the outline of what is selected
 }
@@ -78,20 +78,20 @@ TEST_F(CanvasPictures, NothingIsDrawnOutsideTheCanvas) {
 TEST_F(CanvasPictures, ABoxInADragStaysInsideTheCanvasToo) {
     add("a", "Node", 100, 100);
     canvas.rebuildBoxes();
-    Play(master, 513, 190, 135);
-    Play(master, 512, 190, 285);
+    Play(master, kMessageLeftDown, 190, 135);
+    Play(master, kMessageMouseMove, 190, 285);
     ASSERT_EQ(master.captured, canvas.boxOf("a"));
     const Picture picture = draw();
     EXPECT_TRUE(alike(picture.at(190, 285), kOutside));
-    Play(master, 512, 190, 255);
+    Play(master, kMessageMouseMove, 190, 255);
     EXPECT_TRUE(alike(draw().at(270, 255), UI_Node::ColorOfId("a")));
-    Play(master, 514, 190, 255);
+    Play(master, kMessageLeftUp, 190, 255);
 }
 
 TEST_F(CanvasPictures, AHiddenCanvasDrawsNothingAndEndsDrags) {
     add("a", "Node", 100, 100);
     canvas.rebuildBoxes();
-    Play(master, 513, 190, 135);
+    Play(master, kMessageLeftDown, 190, 135);
     canvas.hidden = true;
     const Picture picture = draw();
     EXPECT_EQ(master.captured, nullptr);
@@ -171,14 +171,14 @@ TEST_F(CanvasPictures, SocketsThatTakeALinkLightUpWhileItIsDragged) {
     canvas.rebuildBoxes();
     const int x = box("out").sockets[0].x, y = box("out").y - 3;
     EXPECT_FALSE(alike(draw().at(x, y), kBright));
-    Play(master, 513, 20 + 20 + 80, 30 + 20 + 22);
-    Play(master, 512, 300, 150);
+    Play(master, kMessageLeftDown, 20 + 20 + 80, 30 + 20 + 22);
+    Play(master, kMessageMouseMove, 300, 150);
     EXPECT_TRUE(alike(draw().at(x, y), kBright));
-    Play(master, 256, 0, 0, kKeyEscape);
-    Play(master, 513, 20 + 200 + 80, 30 + 20 + 22);
-    Play(master, 512, 300, 150);
+    Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
+    Play(master, kMessageLeftDown, 20 + 200 + 80, 30 + 20 + 22);
+    Play(master, kMessageMouseMove, 300, 150);
     EXPECT_FALSE(alike(draw().at(x, y), kBright)) << "no camera";
-    Play(master, 256, 0, 0, kKeyEscape);
+    Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
     EXPECT_FALSE(alike(draw().at(x, y), kBright));
 }
 
@@ -195,7 +195,7 @@ TEST_F(CanvasPictures, ASocketUnderThePointerTellsItsName) {
         return count;
     };
     EXPECT_EQ(lightPixels(draw()), 0);
-    Play(master, 512, box("out").sockets[0].x, box("out").y - 3);
+    Play(master, kMessageMouseMove, box("out").sockets[0].x, box("out").y - 3);
     EXPECT_GT(lightPixels(draw()), 20);
 }
 
@@ -206,7 +206,7 @@ TEST_F(CanvasPictures, TheNameOfASocketGoesWithThePointer) {
     canvas.rebuildBoxes();
     const Picture before = draw();
     const auto overSocket = [this] {
-        Play(master, 512, box("out").sockets[0].x, box("out").y - 3);
+        Play(master, kMessageMouseMove, box("out").sockets[0].x, box("out").y - 3);
         return draw();
     };
     const auto differs = [&](const Picture& picture) {
@@ -218,7 +218,7 @@ TEST_F(CanvasPictures, TheNameOfASocketGoesWithThePointer) {
         return false;
     };
     EXPECT_TRUE(differs(overSocket()));
-    Play(master, 512, 5, 5);
+    Play(master, kMessageMouseMove, 5, 5);
     EXPECT_FALSE(differs(draw())) << "the pointer is outside of the canvas";
     EXPECT_TRUE(differs(overSocket()));
     UI_Node other(&master, nullptr, "other", 0, 0, 0);
@@ -236,11 +236,12 @@ TEST_F(CanvasPictures, SocketsThatTakeALinkLightUpAtEveryZoom) {
     const int x = canvas.view.screenX(box("out").sockets[0].x);
     const int y = canvas.view.screenY(box("out").y) - 2;
     EXPECT_FALSE(alike(draw().at(x, y), kBright));
-    Play(master, 513, canvas.view.screenX(box("a").x + 80), canvas.view.screenY(box("a").y + 24));
-    Play(master, 512, 350, 150);
+    Play(master, kMessageLeftDown, canvas.view.screenX(box("a").x + 80),
+         canvas.view.screenY(box("a").y + 24));
+    Play(master, kMessageMouseMove, 350, 150);
     ASSERT_EQ(master.captured, &canvas);
     EXPECT_TRUE(alike(draw().at(x, y), kBright));
-    Play(master, 256, 0, 0, kKeyEscape);
+    Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
     EXPECT_FALSE(alike(draw().at(x, y), kBright));
 }
 
@@ -253,11 +254,11 @@ TEST_F(CanvasPictures, OutputsLightUpWhileALinkIsDraggedBackFromAnInput) {
         return alike(draw().at(box(id).x + 80, box(id).y + 21), kBright);
     };
     EXPECT_FALSE(lit("a"));
-    Play(master, 513, box("out").sockets[0].x, box("out").y - 2);
-    Play(master, 512, 300, 150);
+    Play(master, kMessageLeftDown, box("out").sockets[0].x, box("out").y - 2);
+    Play(master, kMessageMouseMove, 300, 150);
     EXPECT_TRUE(lit("a"));
     EXPECT_FALSE(lit("cam")) << "no picture";
-    Play(master, 256, 0, 0, kKeyEscape);
+    Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
     EXPECT_FALSE(lit("a"));
 }
 
@@ -266,8 +267,8 @@ TEST_F(CanvasPictures, ABoxThatIsSwitchedOffKeepsItsBarInADrag) {
     canvas.rebuildBoxes();
     engine.findNode("a")->disabled = 1;
     const Picture before = draw();
-    Play(master, 513, 190, 135);
-    Play(master, 512, 170, 125);
+    Play(master, kMessageLeftDown, 190, 135);
+    Play(master, kMessageMouseMove, 170, 125);
     ASSERT_EQ(master.captured, canvas.boxOf("a"));
     const Picture held = draw();
     EXPECT_TRUE(alike(held.at(250, 130), before.at(270, 140))) << "the bar";
@@ -300,10 +301,10 @@ TEST_F(CanvasPictures, ANodeThatWentWithoutARebuildIsNoHarm) {
     canvas.rebuildBoxes();
     engine.deleteNode("a");
     draw();
-    Play(master, 513, 200, 60);
-    Play(master, 512, 220, 80);
-    Play(master, 514, 220, 80);
-    Play(master, 256, 0, 0, kKeyDelete);
+    Play(master, kMessageLeftDown, 200, 60);
+    Play(master, kMessageMouseMove, 220, 80);
+    Play(master, kMessageLeftUp, 220, 80);
+    Play(master, kMessageKeyDown, 0, 0, kKeyDelete);
     EXPECT_EQ(canvas.boxOf("a"), nullptr);
 }
 
@@ -330,12 +331,12 @@ TEST_F(CanvasPictures, ThePaletteAndTheNameFieldAreDrawnOnTop) {
     const Picture picture = draw();
     EXPECT_TRUE(alike(picture.at(palette->x + 100, palette->y), kBright)) << "its frame";
     EXPECT_TRUE(alike(picture.at(palette->x + 2, palette->y + 8), {0.1f, 0.1f, 0.1f, 1}));
-    Play(master, 256, 0, 0, kKeyEscape);
+    Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
     canvas.select({"a"});
-    Play(master, 512, 200, 250);
-    Play(master, 256, 0, 0, kKeyF1 + 1);
+    Play(master, kMessageMouseMove, 200, 250);
+    Play(master, kMessageKeyDown, 0, 0, kKeyF1 + 1);
     EXPECT_TRUE(alike(draw().at(270, 140), {0.25f, 0.25f, 0.25f, 1}));
-    Play(master, 256, 0, 0, kKeyEscape);
+    Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
 }
 
 }  // namespace

@@ -89,8 +89,8 @@ TEST_F(CanvasEdits, TabOpensThePaletteWithAllTypes) {
 }
 
 TEST_F(CanvasEdits, ARightPressOnEmptyCanvasMakesANodeThere) {
-    Play(master, 516, kEmpty.x, kEmpty.y);
-    Play(master, 517, kEmpty.x, kEmpty.y);
+    Play(master, kMessageRightDown, kEmpty.x, kEmpty.y);
+    Play(master, kMessageRightUp, kEmpty.x, kEmpty.y);
     type("cam");
     key(kKeyReturn);
     ASSERT_NE(node("Camera1"), nullptr);
@@ -248,9 +248,9 @@ TEST_F(CanvasEdits, NodesArePastedIntoAnotherProject) {
     UI_Master otherMaster;
     UI_NodeCanvas otherCanvas(otherHost, 0, 0, 500, 500);
     otherMaster.AddTopLevel(&otherCanvas);
-    Play(otherMaster, 512, 250, 250);
-    Play(otherMaster, 256, 0, 0, kKeyControl);
-    Play(otherMaster, 256, 0, 0, 'V');
+    Play(otherMaster, kMessageMouseMove, 250, 250);
+    Play(otherMaster, kMessageKeyDown, 0, 0, kKeyControl);
+    Play(otherMaster, kMessageKeyDown, 0, 0, 'V');
     EXPECT_EQ(other.nodes.size(), 2u);
     EXPECT_EQ(other.findNode("Node2")->getInput(0), other.findNode("Node1"));
     EXPECT_THAT(otherHost.status, HasSubstr("1 left out"));
@@ -285,8 +285,8 @@ TEST_F(CanvasEdits, CopyWithoutASelectionLeavesTheClipboard) {
 TEST_F(CanvasEdits, ADoubleClickNamesTheNode) {
     const Spot at = middle("mid");
     click(at);
-    Play(master, 515, at.x, at.y);
-    Play(master, 514, at.x, at.y);
+    Play(master, kMessageLeftDoubleClick, at.x, at.y);
+    Play(master, kMessageLeftUp, at.x, at.y);
     type("Sky");
     key(kKeyReturn);
     EXPECT_EQ(master.DisplayNameOf("mid"), "Sky");

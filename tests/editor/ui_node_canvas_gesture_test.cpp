@@ -24,12 +24,12 @@ class CanvasGestures : public CanvasTest {
 // --- looking
 
 TEST_F(CanvasGestures, MiddleDragPansAndGoesOnOutside) {
-    Play(master, 519, 300, 500);
+    Play(master, kMessageMiddleDown, 300, 500);
     move({320, 510});
     move({-50, -60});
     EXPECT_EQ(canvas.view.shift.x, -350);
     EXPECT_EQ(canvas.view.shift.y, -560);
-    Play(master, 520, -50, -60);
+    Play(master, kMessageMiddleUp, -50, -60);
     move({300, 300});
     EXPECT_EQ(canvas.view.shift.x, -350);
     EXPECT_EQ(master.captured, nullptr);
@@ -188,7 +188,7 @@ TEST_F(CanvasGestures, CtrlASelectsAllThatIsInReach) {
 
 TEST_F(CanvasGestures, RightPressOnABoxOpensItsValues) {
     const Spot at = middle("mid");
-    Play(master, 516, at.x, at.y);
+    Play(master, kMessageRightDown, at.x, at.y);
     EXPECT_THAT(host.opened, ElementsAre("mid"));
     EXPECT_EQ(master.captured, nullptr) << "no palette";
 }
@@ -196,7 +196,7 @@ TEST_F(CanvasGestures, RightPressOnABoxOpensItsValues) {
 TEST_F(CanvasGestures, AHostMayRebuildTheBoxesWithinTheEventOfOne) {
     host.canvasToRebuild = &canvas;
     const Spot at = middle("mid");
-    Play(master, 516, at.x, at.y);
+    Play(master, kMessageRightDown, at.x, at.y);
     EXPECT_THAT(host.opened, ElementsAre("mid"));
     EXPECT_EQ(canvas.boxes().size(), 4u);
     click(middle("src"));
@@ -357,10 +357,10 @@ TEST_F(CanvasGestures, TheKnifeCutsWhatItCrosses) {
     engine.connect("mid", "out", 0);
     rebuild();
     key(kKeyControl);
-    Play(master, 516, kLeft + 50, kTop + 130);
+    Play(master, kMessageRightDown, kLeft + 50, kTop + 130);
     move({kLeft + 350, kTop + 130});
     EXPECT_EQ(input("mid", 0), node("src")) << "nothing before the button comes up";
-    Play(master, 517, kLeft + 350, kTop + 130);
+    Play(master, kMessageRightUp, kLeft + 350, kTop + 130);
     keyUp(kKeyControl);
     EXPECT_EQ(input("mid", 0), nullptr);
     EXPECT_EQ(input("mid", 1), nullptr);
@@ -374,8 +374,8 @@ TEST_F(CanvasGestures, AKnifeThatDoesNotMoveCutsNothing) {
     engine.connect("src", "mid", 0);
     rebuild();
     key(kKeyControl);
-    Play(master, 516, kLeft + 170, kTop + 130);
-    Play(master, 517, kLeft + 170, kTop + 130);
+    Play(master, kMessageRightDown, kLeft + 170, kTop + 130);
+    Play(master, kMessageRightUp, kLeft + 170, kTop + 130);
     keyUp(kKeyControl);
     EXPECT_EQ(input("mid", 0), node("src"));
     EXPECT_EQ(host.changes, 0);

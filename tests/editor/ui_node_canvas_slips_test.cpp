@@ -190,9 +190,9 @@ TEST_F(CanvasSlips, PlacesFarOutsideAreNoHarmAtTheLeastZoom) {
     key(kKeyHome);
     EXPECT_GE(middle("src").x, kLeft);
     EXPECT_LE(middle("far").x, kLeft + 1000);
-    Play(master, 519, kEmpty.x, kEmpty.y);
+    Play(master, kMessageMiddleDown, kEmpty.x, kEmpty.y);
     for (int i = 0; i < 200; ++i) move({i % 2 == 0 ? -32000 : 32000, 32000});
-    Play(master, 520, kEmpty.x, kEmpty.y);
+    Play(master, kMessageMiddleUp, kEmpty.x, kEmpty.y);
     click(kEmpty);
     EXPECT_EQ(engine.nodes.size(), 4u);
 }
@@ -292,11 +292,12 @@ TEST_F(CanvasSlips, NamesTakeLettersOfEveryTongue) {
     canvas.select({"mid"});
     move(kEmpty);
     key(kKeyF1 + 1);
-    for (const int point : {0x48, 0xe9, 0x4e16, 0x1f600}) Play(master, 258, 0, 0, point);
+    for (const int point : {0x48, 0xe9, 0x4e16, 0x1f600})
+        Play(master, kMessageCharacter, 0, 0, point);
     key(kKeyReturn);
     EXPECT_EQ(master.DisplayNameOf("mid"), "H\xc3\xa9\xe4\xb8\x96\xf0\x9f\x98\x80");
     key(kKeyF1 + 1);
-    for (const int point : {0x48, 0xe9, 0x1f600}) Play(master, 258, 0, 0, point);
+    for (const int point : {0x48, 0xe9, 0x1f600}) Play(master, kMessageCharacter, 0, 0, point);
     key(kKeyBack);
     key(kKeyBack);
     key(kKeyReturn);
@@ -308,7 +309,7 @@ TEST_F(CanvasSlips, NamesTakeNoControlCharactersAndNoHalfOnes) {
     move(kEmpty);
     key(kKeyF1 + 1);
     for (const int point : {0x48, 8, 27, 127, 0x85, 0xd800, 0x110000, -1}) {
-        Play(master, 258, 0, 0, point);
+        Play(master, kMessageCharacter, 0, 0, point);
     }
     key(kKeyReturn);
     EXPECT_EQ(master.DisplayNameOf("mid"), "H");

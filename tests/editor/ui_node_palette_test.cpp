@@ -56,9 +56,9 @@ class Palette : public ::testing::Test {
             {{"Viewer", "Output"}, {"Reader", "Image"}, {"Camera", "Camera"}, {"Compose", "Image"}},
             "New node"));
     }
-    void key(int code) { Play(master, 256, 0, 0, code); }
+    void key(int code) { Play(master, kMessageKeyDown, 0, 0, code); }
     void type(const std::string& text) {
-        for (const char c : text) Play(master, 258, 0, 0, c);
+        for (const char c : text) Play(master, kMessageCharacter, 0, 0, c);
     }
     UI_Master master;
     UI_NodePalette palette;
@@ -129,11 +129,11 @@ TEST_F(Palette, WhatWasUsedLastComesFirst) {
 TEST_F(Palette, TheMouseChoosesAndTakes) {
     open();
     const int top = palette.y + UI_NodePalette::kTop;
-    Play(master, 512, palette.x + 50, top + 4 * UI_NodePalette::kRowHeight + 5);
+    Play(master, kMessageMouseMove, palette.x + 50, top + 4 * UI_NodePalette::kRowHeight + 5);
     EXPECT_EQ(palette.chosen(), "Compose");
-    Play(master, 513, palette.x + 50, top + 2 * UI_NodePalette::kRowHeight + 5);
+    Play(master, kMessageLeftDown, palette.x + 50, top + 2 * UI_NodePalette::kRowHeight + 5);
     EXPECT_TRUE(palette.isOpen()) << "a heading is nothing to take";
-    Play(master, 513, palette.x + 50, top + 4 * UI_NodePalette::kRowHeight + 5);
+    Play(master, kMessageLeftDown, palette.x + 50, top + 4 * UI_NodePalette::kRowHeight + 5);
     EXPECT_THAT(taken, ElementsAre("Compose"));
 }
 
@@ -142,10 +142,10 @@ TEST_F(Palette, EscapeAndPressesElsewhereClose) {
     key(kKeyEscape);
     EXPECT_FALSE(palette.isOpen());
     open();
-    Play(master, 513, 10, 10);
+    Play(master, kMessageLeftDown, 10, 10);
     EXPECT_FALSE(palette.isOpen());
     open();
-    Play(master, 516, 10, 10);
+    Play(master, kMessageRightDown, 10, 10);
     EXPECT_FALSE(palette.isOpen());
     EXPECT_TRUE(taken.empty());
     EXPECT_EQ(master.captured, nullptr);
@@ -158,13 +158,13 @@ TEST_F(Palette, StaysOnTheScreenAndScrolls) {
     EXPECT_LE(palette.x + palette.width, 1920);
     EXPECT_LE(palette.y + palette.height, 1080);
     const int below = palette.y + UI_NodePalette::kTop + 5;
-    for (int i = 0; i < 200; ++i) Play(master, 522, palette.x + 50, below, -120);
-    Play(master, 512, palette.x + 50, below);
+    for (int i = 0; i < 200; ++i) Play(master, kMessageWheel, palette.x + 50, below, -120);
+    Play(master, kMessageMouseMove, palette.x + 50, below);
     EXPECT_EQ(palette.chosen(), "Type78") << "22 rows: the last 22 of 101";
     for (int i = 0; i < 200; ++i) key(kKeyDown);
     EXPECT_EQ(palette.chosen(), "Type99");
     for (int i = 0; i < 200; ++i) key(kKeyUp);
-    Play(master, 512, palette.x + 50, below + UI_NodePalette::kRowHeight);
+    Play(master, kMessageMouseMove, palette.x + 50, below + UI_NodePalette::kRowHeight);
     EXPECT_EQ(palette.chosen(), "Type0") << "below its heading";
 }
 

@@ -17,7 +17,7 @@ class UiScreenEdits : public AuthoringTest {
         if (!HasFatalFailure()) makeScene();
     }
     void type(const std::string& text) {
-        for (const char c : text) send(258, 0, 0, c);
+        for (const char c : text) send(kMessageCharacter, 0, 0, c);
     }
     UI_Button& button(const std::string& text) {
         for (const auto& child : ui.topPanel->children) {
@@ -99,7 +99,7 @@ TEST_F(UiScreenEdits, APanelThatClosesGivesBackTheMouseOfWhatIsInsideItsWidgets)
         throw std::runtime_error("no such widget");
     };
     const UI_Object& color = childOf(static_cast<UI_ColorSelector*>(nullptr));
-    send(kLeftDown, color.x + 300, color.y + 20);
+    send(kMessageLeftDown, color.x + 300, color.y + 20);
     ASSERT_NE(ui.master.captured, nullptr);
     ASSERT_NE(ui.master.captured, &color);
     ui.ClosePanel(ui.openPanels.at("a"));
@@ -107,12 +107,12 @@ TEST_F(UiScreenEdits, APanelThatClosesGivesBackTheMouseOfWhatIsInsideItsWidgets)
     ui.OpenPanel("a");
     ui.DrawFrame();
     const UI_Object& place = childOf(static_cast<UI_Position*>(nullptr));
-    send(kLeftDown, place.x + 100, place.y + 30);
+    send(kMessageLeftDown, place.x + 100, place.y + 30);
     ASSERT_NE(ui.master.captured, nullptr);
     ui.ClosePanel(ui.openPanels.at("a"));
     EXPECT_EQ(ui.master.captured, nullptr);
     frame();
-    send(kMove, 100, 100);
+    send(kMessageMouseMove, 100, 100);
     ui.DrawFrame();
 }
 
@@ -123,7 +123,7 @@ TEST_F(UiScreenEdits, TheButtonAddNodeShowsTheCanvasAndItsPalette) {
     EXPECT_FALSE(ui.nodeCanvas->hidden);
     ASSERT_NE(dynamic_cast<const UI_NodePalette*>(ui.master.captured), nullptr);
     type("output");
-    send(kKeyPress, 5, 5, kKeyReturn);
+    send(kMessageKeyDown, 5, 5, kKeyReturn);
     EXPECT_NE(engine.findNode("Output1"), nullptr);
     EXPECT_NE(ui.nodeCanvas->boxOf("Output1"), nullptr);
 }
@@ -159,13 +159,13 @@ TEST_F(UiScreenEdits, EscapeClosesAnOpenListWithoutAChoice) {
     edit();
     const UI_Selection& selector = *ui.outputSelector;
     const int x = selector.x + selector.width / 2;
-    send(kLeftDown, x, selector.y + 10);
-    send(kMove, x, selector.y + 33 + 25);
+    send(kMessageLeftDown, x, selector.y + 10);
+    send(kMessageMouseMove, x, selector.y + 33 + 25);
     ASSERT_EQ(selector.hoverRow, 1);
-    send(kKeyPress, x, selector.y + 33 + 25, kKeyEscape);
-    send(kKeyRelease, x, selector.y + 33 + 25, kKeyEscape);
+    send(kMessageKeyDown, x, selector.y + 33 + 25, kKeyEscape);
+    send(kMessageKeyUp, x, selector.y + 33 + 25, kKeyEscape);
     EXPECT_FALSE(selector.open);
     EXPECT_EQ(ui.master.captured, nullptr);
-    send(kLeftUp, x, selector.y + 33 + 25);
+    send(kMessageLeftUp, x, selector.y + 33 + 25);
     EXPECT_EQ(ui.selectedOutput, 0);
 }

@@ -298,12 +298,12 @@ TEST_F(ScriptOnScreen, AWidgetInHandLetsGoWhenItsParameterGoes) {
     ui.DrawFrame();
     const UI_Object& row = *panelOf("w").children[0];  // goes with its parameter
     const int x = row.x, y = row.y + 9;
-    send(kLeftDown, x + row.width / 2, y);
+    send(kMessageLeftDown, x + row.width / 2, y);
     ASSERT_NE(ui.master.captured, nullptr);
     save(text(size("Other"), "vec4(1)"));
     EXPECT_EQ(ui.master.captured, nullptr);
-    send(kMove, x + 20, y);
-    send(kLeftUp, x + 20, y);
+    send(kMessageMouseMove, x + 20, y);
+    send(kMessageLeftUp, x + 20, y);
     frame();
     ui.DrawFrame();
     EXPECT_EQ(wave().script.params[0].value, 0.5f);
@@ -315,13 +315,13 @@ TEST_F(ScriptOnScreen, ADragGoesOnWhenOnlyTheShaderIsNew) {
     ui.DrawFrame();
     const UI_Object& row = *panelOf("w").children[0];
     const int startX = row.x + row.width / 2;
-    send(kLeftDown, startX, row.y + 9);
+    send(kMessageLeftDown, startX, row.y + 9);
     const UI_Object* const held = ui.master.captured;
     ASSERT_NE(held, nullptr);
     save(text(size("Size"), "vec4(0.25)"));
     EXPECT_EQ(ui.master.captured, held);
-    send(kMove, startX + 40, row.y + 9);
-    send(kLeftUp, startX + 40, row.y + 9);
+    send(kMessageMouseMove, startX + 40, row.y + 9);
+    send(kMessageLeftUp, startX + 40, row.y + 9);
     EXPECT_NE(wave().script.params[0].value, 0.5f);
 }
 
@@ -331,7 +331,7 @@ TEST_F(ScriptOnScreen, BoxesTakeTheNewInputsAndStayWhereTheyAre) {
     ui.Rebuild(UI_Engine::Boxes::Capture);
     const int x = ui.nodeCanvas->boxOf("w")->x + 120;
     ui.nodeCanvas->boxOf("w")->SetPosition(x, 80);
-    send(kMove, 700, 800);
+    send(kMessageMouseMove, 700, 800);
     save(text("Input 0, \"B\", \"x\"\nInput 1, \"A\", \"x\"\n", "vec4(1)"));
     frame();
     ui.DrawFrame();
@@ -347,13 +347,13 @@ TEST_F(ScriptOnScreen, ALinkInHandIsDroppedWhenInputsChange) {
     ui.DrawFrame();
     const UI_Node& box = *ui.nodeCanvas->boxOf("x");
     const CanvasView& view = ui.nodeCanvas->view;
-    send(kLeftDown, view.screenX(box.x + 80), view.screenY(box.y + box.height) + 2);
-    send(kMove, 700, 800);
+    send(kMessageLeftDown, view.screenX(box.x + 80), view.screenY(box.y + box.height) + 2);
+    send(kMessageMouseMove, 700, 800);
     ASSERT_NE(ui.master.captured, nullptr);
     save(text("Input 0, \"A\", \"x\"\n", "vec4(1)"));
     EXPECT_EQ(ui.master.captured, nullptr);
-    send(kMove, 710, 810);
-    send(kLeftUp, 710, 810);
+    send(kMessageMouseMove, 710, 810);
+    send(kMessageLeftUp, 710, 810);
     frame();
     ui.DrawFrame();
     EXPECT_EQ(ui.nodeCanvas->boxOf("x")->inputCount, 1);
@@ -421,7 +421,7 @@ TEST_F(ScriptOnScreen, ThePointerOnABoxWithAnErrorShowsWhatTheCompilerSays) {
     const int x = view.screenX(box.x + 60), y = view.screenY(box.y + 10);
     const int below = view.screenY(box.y + box.height) + 8;
     const auto textPixels = [&] {
-        send(kMove, x, y);
+        send(kMessageMouseMove, x, y);
         return pixelsOf(ui.master.colorSlots[kColorText], view.screenX(box.x), below, 200, 26);
     };
     EXPECT_EQ(textPixels(), 0);

@@ -39,9 +39,9 @@ class ValueWidgetTest : public WidgetTest {
         master.Dispatch(m);
     }
     void key(int virtualKey, int x, int y) {
-        message(512, 0, x, y);
-        message(256, virtualKey, x, y);
-        message(257, virtualKey, x, y);
+        message(kMessageMouseMove, 0, x, y);
+        message(kMessageKeyDown, virtualKey, x, y);
+        message(kMessageKeyUp, virtualKey, x, y);
     }
     UI_ValueControl* addControl(const std::string& name, int y) {
         auto* control = new UI_ValueControl(name, 5, y, 380, true);
@@ -151,7 +151,7 @@ TEST_F(ValueWidgetTest, BringsAKeyOfTheValueUnderThePointerIntoTheEngine) {
 
     // A right press elsewhere in time brings the default there.
     engine.update(5.0f);
-    message(517, 0, 300, 130);
+    message(kMessageRightUp, 0, 300, 130);
     ASSERT_EQ(engine.track("A").keys().size(), 2u);
     EXPECT_EQ(engine.track("A").keys()[1].value, 1.5f);
     engine.update(2.0f);
@@ -170,12 +170,12 @@ TEST_F(ValueWidgetTest, ADragOfAnAnimatedColorOutlivesTheNextFrame) {
     selector->SyncKeyed();
     ASSERT_TRUE(selector->keyed);
     const int track = 105 + 100 + 100 + 93;  // left end of the tracks on the screen
-    message(512, 0, track + 10, 140);
-    message(513, 0, track + 10, 140);
-    message(512, 0, track + 182, 140);
+    message(kMessageMouseMove, 0, track + 10, 140);
+    message(kMessageLeftDown, 0, track + 10, 140);
+    message(kMessageMouseMove, 0, track + 182, 140);
     engine.update(0.0f);
     EXPECT_EQ(node.tint[0], 1);
-    message(514, 0, track + 182, 140);
+    message(kMessageLeftUp, 0, track + 182, 140);
     engine.update(0.0f);
     EXPECT_EQ(node.tint[0], 1);
     EXPECT_EQ(node.tint[1], 0.2f);
@@ -186,11 +186,11 @@ TEST_F(ValueWidgetTest, GivesTheCaptureBackWhenThePanelGoes) {
     auto* box = new UI_TextBox(ValueOf<ValueString>(engine, node, "Text"), 5, 5, 40);
     master.AddTopLevel(other.get());
     other->AddChild(box);
-    message(514, 0, 20, 20);
+    message(kMessageLeftUp, 0, 20, 20);
     ASSERT_EQ(master.captured, box);
     other.reset();
     EXPECT_EQ(master.captured, nullptr);
-    message(258, 'a', 20, 20);
+    message(kMessageCharacter, 'a', 20, 20);
 }
 
 TEST_F(ValueWidgetTest, HoldsItsLimitsInAnyOrderOfGestures) {
@@ -207,8 +207,11 @@ TEST_F(ValueWidgetTest, HoldsItsLimitsInAnyOrderOfGestures) {
     panel.AddChild(new UI_Direction(ValueOf<ValueVec2>(engine, node, "Place"), 275));
     panel.AddChild(new UI_Position(ValueOf<ValueVec2>(engine, node, "Place"), 475));
     panel.AddChild(new UI_Checkbox(ValueOf<ValueBool>(engine, node, "On"), 515));
-    constexpr std::uint32_t kMessages[] = {512, 513, 514, 515, 516, 517, 519,
-                                           520, 522, 256, 257, 258, 512, 512};
+    constexpr std::uint32_t kMessages[] = {
+        kMessageMouseMove, kMessageLeftDown, kMessageLeftUp,     kMessageLeftDoubleClick,
+        kMessageRightDown, kMessageRightUp,  kMessageMiddleDown, kMessageMiddleUp,
+        kMessageWheel,     kMessageKeyDown,  kMessageKeyUp,      kMessageCharacter,
+        kMessageMouseMove, kMessageMouseMove};
     constexpr int kKeys[] = {8, 13, 17, 27, 'S', 's', 'P', '7', '.', '-', 'a', -1, 70000};
     std::mt19937 random(7);
     const auto below = [&random](int count) {

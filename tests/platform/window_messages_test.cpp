@@ -206,7 +206,7 @@ TEST(WindowMessages, TellTheWheelInPartsOfANotchAtTheLastMousePlace) {
 TEST(WindowMessages, TellThatTheWindowIsToClose) {
     SDL_Event quit = {};
     quit.type = SDL_QUIT;
-    EXPECT_THAT(Translate({quit}), ElementsAre(WindowMessage{kMessageClose, 0, 0, 0}));
+    EXPECT_THAT(Translate({quit}), ElementsAre(WindowMessage{16, 0, 0, 0}));
 }
 
 TEST(WindowMessages, SayNothingOfWindowEvents) {

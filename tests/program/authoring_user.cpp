@@ -21,13 +21,13 @@ constexpr int kWidth = 1920, kHeight = 1080;
 constexpr int kFoot = 24;                   // the line of hints
 constexpr double kLongestWaitSeconds = 90;  // generous: other tests run beside this one
 
-constexpr std::uint32_t kKeyDownMessage = 256, kKeyUpMessage = 257, kCharacter = 258;
-
 struct ButtonMessages {
     std::uint32_t down, up;
 };
-constexpr ButtonMessages kButtons[] = {{0, 0}, {513, 514}, {519, 520}, {516, 517}};
-constexpr std::uint32_t kLeftDoubleClick = 515;
+constexpr ButtonMessages kButtons[] = {{0, 0},
+                                       {kMessageLeftDown, kMessageLeftUp},
+                                       {kMessageMiddleDown, kMessageMiddleUp},
+                                       {kMessageRightDown, kMessageRightUp}};
 
 int VirtualKeyOfName(const std::string& name) {
     static const std::map<std::string, int> kNamed = {
@@ -126,7 +126,7 @@ void AuthoringUser::doubleClick(ScreenPoint point) {
     moveTo(point);
     twin_->send(kButtons[1].down);
     twin_->send(kButtons[1].up);
-    twin_->send(kLeftDoubleClick);
+    twin_->send(kMessageLeftDoubleClick);
     twin_->send(kButtons[1].up);
     xdotool({"click", "--repeat", "2", "--delay", "20", "1"});
 }
@@ -145,26 +145,26 @@ void AuthoringUser::drag(ScreenPoint from, ScreenPoint to) {
 void AuthoringUser::key(const std::string& name, int times) {
     const int virtualKey = VirtualKeyOfName(name);
     for (int i = 0; i < times; ++i) {
-        twin_->send(kKeyDownMessage, virtualKey);
-        twin_->send(kKeyUpMessage, virtualKey);
+        twin_->send(kMessageKeyDown, virtualKey);
+        twin_->send(kMessageKeyUp, virtualKey);
         xdotool({"key", name});
     }
 }
 
 void AuthoringUser::ctrlKey(const std::string& letter) {
-    twin_->send(kKeyDownMessage, kKeyControl);
-    twin_->send(kKeyDownMessage, VirtualKeyOfName(letter));
-    twin_->send(kKeyUpMessage, VirtualKeyOfName(letter));
-    twin_->send(kKeyUpMessage, kKeyControl);
+    twin_->send(kMessageKeyDown, kKeyControl);
+    twin_->send(kMessageKeyDown, VirtualKeyOfName(letter));
+    twin_->send(kMessageKeyUp, VirtualKeyOfName(letter));
+    twin_->send(kMessageKeyUp, kKeyControl);
     xdotool({"key", "ctrl+" + letter});
 }
 
 void AuthoringUser::type(const std::string& smallLettersAndDigits) {
     for (const char c : smallLettersAndDigits) {
         const int virtualKey = VirtualKeyOfName(std::string(1, c));
-        twin_->send(kKeyDownMessage, virtualKey);
-        twin_->send(kCharacter, c);
-        twin_->send(kKeyUpMessage, virtualKey);
+        twin_->send(kMessageKeyDown, virtualKey);
+        twin_->send(kMessageCharacter, c);
+        twin_->send(kMessageKeyUp, virtualKey);
     }
     xdotool({"type", "--delay", "15", smallLettersAndDigits});
 }

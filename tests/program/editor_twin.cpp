@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::uint32_t kMouseMove = 512;
-
 const UI_ValueWidget* WidgetOf(const UI_Panel* panel, std::string_view label) {
     if (panel == nullptr) return nullptr;
     for (const auto& child : panel->children) {
@@ -68,7 +66,7 @@ void EditorTwin::send(std::uint32_t message, int value) {
 
 void EditorTwin::moveTo(ScreenPoint point) {
     mouse_ = point;
-    send(kMouseMove);
+    send(kMessageMouseMove);
 }
 
 // A frame takes up what the one before it has found out: which output is shown, and how large the
