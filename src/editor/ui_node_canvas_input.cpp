@@ -448,7 +448,8 @@ void UI_NodeCanvas::openPaletteFor(int screenX, int screenY, const LinkDrag& dra
     const bool onCanvas = Contains(screenX, screenY);
     newNodePlace_ = view.toCanvas({static_cast<float>(onCanvas ? screenX : x + width / 2),
                                    static_cast<float>(onCanvas ? screenY : y + height / 2)});
-    palette_->open(screenX, screenY, catalog_->fittingTypes(open), std::move(heading));
+    // Not beyond the canvas, so that the line of hints below it can be read.
+    palette_->open(screenX, screenY, y + height, catalog_->fittingTypes(open), std::move(heading));
 }
 
 // False when the pointer is elsewhere, something lies between it and the canvas, or another widget

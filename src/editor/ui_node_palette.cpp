@@ -19,16 +19,18 @@ constexpr Vec4 kChosenRow = {0.30f, 0.23f, 0.06f, 1};
 
 }  // namespace
 
-bool UI_NodePalette::open(int paletteX, int paletteY, std::vector<OfferedType> offered,
+bool UI_NodePalette::open(int paletteX, int paletteY, int bottom, std::vector<OfferedType> offered,
                           std::string heading) {
     if (!takeCapture(true)) return false;
     offered_ = std::move(offered);
     heading_ = std::move(heading);
     typed.clear();
     open_ = true;
+    const int room = (bottom - paletteY - kTop - kEnd) / kRowHeight;
+    rowsThatFit_ = std::clamp(room, kFewestRows, kMostRows);
     filter();
     SetPosition(std::max(0, std::min(paletteX, master->width - width - 1)),
-                std::max(0, std::min(paletteY, master->height - height - 1)));
+                std::max(0, std::min(paletteY, bottom - height)));
     return true;
 }
 
@@ -53,7 +55,7 @@ void UI_NodePalette::filter() {
     }
     for (int row = 0; row < static_cast<int>(rows_.size()) && chosen_ < 0; ++row) choose(row);
     // As long as what is left of the list; it is longest when it opens.
-    SetSize(kWidth, kTop + kRowHeight * std::max(visibleRows(), 1) + 6);
+    SetSize(kWidth, kTop + kRowHeight * std::max(visibleRows(), 1) + kEnd);
 }
 
 // Groups in the order in which the offered types name them first.
@@ -102,7 +104,7 @@ void UI_NodePalette::addMatches() {
 }
 
 int UI_NodePalette::visibleRows() const {
-    return std::min(static_cast<int>(rows_.size()), kMostRows);
+    return std::min(static_cast<int>(rows_.size()), rowsThatFit_);
 }
 
 void UI_NodePalette::choose(int row) {
@@ -129,7 +131,7 @@ void UI_NodePalette::keepChosenVisible() {
     // With the heading above the first type of a group.
     const bool first = chosen_ > 0 && rows_[static_cast<std::size_t>(chosen_ - 1)].heading;
     scroll_ = std::min(scroll_, first ? chosen_ - 1 : chosen_);
-    scroll_ = std::max(scroll_, chosen_ - kMostRows + 1);
+    scroll_ = std::max(scroll_, chosen_ - rowsThatFit_ + 1);
 }
 
 int UI_NodePalette::rowAt(int pixelX, int pixelY) const {
@@ -154,7 +156,7 @@ bool UI_NodePalette::HandleEvent(UI_Event* event) {
             choose(rowAt(event->x, event->y));
             break;
         case UI_EventType::Wheel: {
-            const int last = std::max(static_cast<int>(rows_.size()) - kMostRows, 0);
+            const int last = std::max(static_cast<int>(rows_.size()) - rowsThatFit_, 0);
             scroll_ += event->value > 0 ? -kRowsAWheel : kRowsAWheel;
             scroll_ = std::clamp(scroll_, 0, last);
             choose(rowAt(event->x, event->y));
@@ -195,10 +197,10 @@ void UI_NodePalette::handleKey(int key) {
             move(1);
             break;
         case kKeyPageUp:
-            move(-kMostRows);
+            move(-rowsThatFit_);
             break;
         case kKeyPageDown:
-            move(kMostRows);
+            move(rowsThatFit_);
             break;
         case kKeyBack:
             if (typed.empty()) break;
@@ -245,8 +247,8 @@ void UI_NodePalette::Draw() {
     if (rows_.empty())
         master->DrawText(x + kMargin, y + kTop + 14, kTextSize, kDim, "No such type");
     const int count = static_cast<int>(rows_.size());
-    if (count <= kMostRows) return;
-    const int track = kMostRows * kRowHeight, thumb = track * kMostRows / count;
+    if (count <= rowsThatFit_) return;
+    const int track = rowsThatFit_ * kRowHeight, thumb = track * rowsThatFit_ / count;
     master->SetColor(colors[kColorPanelBorder]);
     master->FillRect(x + width - 5, y + kTop + track * scroll_ / count, 3, thumb);
 }

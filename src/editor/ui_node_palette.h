@@ -11,9 +11,11 @@
 
 class UI_NodePalette : public UI_Object {
   public:
-    // Opens with its corner there, or as near as it is wholly on the screen. False when another
-    // widget has the capture.
-    bool open(int paletteX, int paletteY, std::vector<OfferedType> offered, std::string heading);
+    // Opens with its corner there and with the rows that fit above `bottom`, or further up where
+    // fewer than kFewestRows of a longer list would; within the screen's width. It stays in its
+    // place while one types. Pixels. False when another widget has the capture.
+    bool open(int paletteX, int paletteY, int bottom, std::vector<OfferedType> offered,
+              std::string heading);
     void close();
     bool isOpen() const { return open_; }
 
@@ -36,7 +38,8 @@ class UI_NodePalette : public UI_Object {
     std::string typed;
     std::vector<std::string> lastUsed;  // the latest first
 
-    static constexpr int kWidth = 300, kRowHeight = 20, kTop = 52, kMostRows = 22;  // pixels
+    static constexpr int kWidth = 300, kRowHeight = 20, kTop = 52, kEnd = 6;  // pixels
+    static constexpr int kMostRows = 22, kFewestRows = 12;  // of a long list, seen at once
     static constexpr std::size_t kMostLastUsed = 5;
 
   private:
@@ -57,5 +60,6 @@ class UI_NodePalette : public UI_Object {
     std::vector<OfferedType> offered_;
     std::vector<Row> rows_;
     int chosen_ = -1;
-    int scroll_ = 0;  // first row that is seen
+    int scroll_ = 0;               // first row that is seen
+    int rowsThatFit_ = kMostRows;  // where it was opened
 };

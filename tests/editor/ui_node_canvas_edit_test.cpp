@@ -88,6 +88,13 @@ TEST_F(CanvasEdits, TabOpensThePaletteWithAllTypes) {
     EXPECT_EQ(canvas.boxes().size(), 3u);
 }
 
+TEST_F(CanvasEdits, ThePaletteEndsWithTheCanvas) {
+    Play(master, kMessageRightDown, kLeft + 800, kTop + 595);
+    EXPECT_EQ(palette().y + palette().height, kTop + 600);
+    EXPECT_EQ(palette().x, kLeft + 800);
+    key(kKeyEscape);
+}
+
 TEST_F(CanvasEdits, ARightPressOnEmptyCanvasMakesANodeThere) {
     Play(master, kMessageRightDown, kEmpty.x, kEmpty.y);
     Play(master, kMessageRightUp, kEmpty.x, kEmpty.y);

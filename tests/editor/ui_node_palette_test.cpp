@@ -39,6 +39,8 @@ TEST(FuzzyScore, PrefersStartsWordsAndRuns) {
 
 class Palette : public ::testing::Test {
   protected:
+    static constexpr int kBottom = 1050;
+
     Palette() {
         palette.SetMaster(&master);
         palette.onTaken = [this](const std::string& name) { taken.push_back(name); };
@@ -52,9 +54,17 @@ class Palette : public ::testing::Test {
     }
     void open() {
         ASSERT_TRUE(palette.open(
-            100, 100,
+            100, 100, kBottom,
             {{"Viewer", "Output"}, {"Reader", "Image"}, {"Camera", "Camera"}, {"Compose", "Image"}},
             "New node"));
+    }
+    void openLongList(int x, int y) {
+        std::vector<OfferedType> many;
+        for (int i = 0; i < 100; ++i) many.push_back({"Type" + std::to_string(i), "All"});
+        ASSERT_TRUE(palette.open(x, y, kBottom, many, ""));
+    }
+    static int heightOf(int rows) {
+        return UI_NodePalette::kTop + rows * UI_NodePalette::kRowHeight + UI_NodePalette::kEnd;
     }
     void key(int code) { Play(master, kMessageKeyDown, 0, 0, code); }
     void type(const std::string& text) {
@@ -152,15 +162,13 @@ TEST_F(Palette, EscapeAndPressesElsewhereClose) {
 }
 
 TEST_F(Palette, StaysOnTheScreenAndScrolls) {
-    std::vector<OfferedType> many;
-    for (int i = 0; i < 100; ++i) many.push_back({"Type" + std::to_string(i), "All"});
-    ASSERT_TRUE(palette.open(1900, 1070, many, ""));
+    openLongList(1900, 1070);
     EXPECT_LE(palette.x + palette.width, 1920);
-    EXPECT_LE(palette.y + palette.height, 1080);
+    EXPECT_LE(palette.y + palette.height, kBottom);
     const int below = palette.y + UI_NodePalette::kTop + 5;
     for (int i = 0; i < 200; ++i) Play(master, kMessageWheel, palette.x + 50, below, -120);
     Play(master, kMessageMouseMove, palette.x + 50, below);
-    EXPECT_EQ(palette.chosen(), "Type78") << "22 rows: the last 22 of 101";
+    EXPECT_EQ(palette.chosen(), "Type88") << "12 rows: the last 12 of 101";
     for (int i = 0; i < 200; ++i) key(kKeyDown);
     EXPECT_EQ(palette.chosen(), "Type99");
     for (int i = 0; i < 200; ++i) key(kKeyUp);
@@ -168,11 +176,43 @@ TEST_F(Palette, StaysOnTheScreenAndScrolls) {
     EXPECT_EQ(palette.chosen(), "Type0") << "below its heading";
 }
 
+TEST_F(Palette, OpensWhereItIsAskedForWithTheRowsThatFitBelow) {
+    openLongList(100, 100);
+    EXPECT_EQ(palette.y, 100);
+    EXPECT_EQ(palette.height, heightOf(22));
+    palette.close();
+    openLongList(100, 700);
+    EXPECT_EQ(palette.x, 100);
+    EXPECT_EQ(palette.y, 700);
+    EXPECT_EQ(palette.height, heightOf(14)) << "a 15th would end at 1058";
+    key(kKeyPageDown);
+    EXPECT_EQ(palette.chosen(), "Type14") << "a page is what is seen";
+    palette.close();
+    openLongList(100, 1000);
+    EXPECT_EQ(palette.height, heightOf(12)) << "fewer are too few to choose from";
+    EXPECT_EQ(palette.y + palette.height, kBottom);
+    palette.close();
+    ASSERT_TRUE(palette.open(100, 950, kBottom, {{"Viewer", "Output"}}, ""));
+    EXPECT_EQ(palette.y, 950) << "a short list fits";
+}
+
+TEST_F(Palette, StaysInItsPlaceWhileOneTypes) {
+    openLongList(100, 1000);
+    const int top = palette.y;
+    type("99");
+    EXPECT_EQ(palette.height, heightOf(1));
+    EXPECT_EQ(palette.y, top);
+    key(kKeyBack);
+    key(kKeyBack);
+    EXPECT_EQ(palette.height, heightOf(12));
+    EXPECT_EQ(palette.y, top);
+}
+
 TEST_F(Palette, DoesNotOpenWhileAnotherHasTheCapture) {
     UI_NodePalette other;
     other.SetMaster(&master);
     open();
-    EXPECT_FALSE(other.open(0, 0, {}, ""));
+    EXPECT_FALSE(other.open(0, 0, kBottom, {}, ""));
     EXPECT_FALSE(other.isOpen());
     EXPECT_EQ(master.captured, &palette);
 }
