@@ -59,9 +59,7 @@ const UI_Object* WidgetAt(const std::vector<UI_Object*>& topLevel, int x, int y)
 
 bool IsOfNodeCanvas(const UI_Object& widget) {
     return dynamic_cast<const UI_NodeCanvas*>(&widget) != nullptr ||
-           dynamic_cast<const UI_Node*>(&widget) != nullptr ||
-           dynamic_cast<const UI_NameField*>(&widget) != nullptr ||
-           dynamic_cast<const UI_NodePalette*>(&widget) != nullptr;
+           dynamic_cast<const UI_Node*>(&widget) != nullptr;
 }
 
 std::string HintFor(const UI_Object& widget) {
@@ -79,6 +77,11 @@ std::string HintFor(const UI_Object& widget) {
         return "Click: type, Return takes it, Esc drops it   Middle click: choose a file   Right "
                "click: default";
     }
+    if (is(static_cast<UI_NodePalette*>(nullptr))) {
+        return "Type: search   Up, Down, wheel: choose   Return or a click: make the node   Esc: "
+               "none";
+    }
+    if (is(static_cast<UI_NameField*>(nullptr))) return "Type the name   Return: take it   Esc: no";
     if (is(static_cast<UI_Position*>(nullptr))) {
         return std::string("Drag the numbers, or the pin on the picture   Right click: default") +
                kKeys;

@@ -10,7 +10,7 @@ class UI_Object;
 // widgets lie on top.
 const UI_Object* WidgetAt(const std::vector<UI_Object*>& topLevel, int x, int y);
 
-// The canvas, or what has the mouse or the keyboard on it: it tells itself what its gestures do.
+// The canvas or a box on it: the canvas tells itself what its gestures do.
 bool IsOfNodeCanvas(const UI_Object& widget);
 
 // Empty for a widget without gestures.

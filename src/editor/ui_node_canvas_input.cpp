@@ -376,7 +376,7 @@ bool UI_NodeCanvas::handleKey(const UI_Event& event) {
         case kKeyBack:
             deleteSelection();
             return true;
-        case kKeyF1 + 1:  // F2
+        case kKeyF2:
             if (selection_.size() == 1) beginRename(*selection_.begin());
             return true;
         case kKeyEscape:

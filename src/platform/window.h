@@ -52,6 +52,7 @@ enum VirtualKey : std::int32_t {
     kKeyInsert = 45,
     kKeyDelete = 46,
     kKeyF1 = 112,
+    kKeyF2 = 113,
     kKeyF12 = 123,
 };
 

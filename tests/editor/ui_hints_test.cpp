@@ -75,22 +75,29 @@ TEST_F(UiHintTest, StaysWithASliderWhileItIsDragged) {
     send(kMessageLeftUp, 700, 900);
 }
 
-TEST_F(UiHintTest, IsTheCanvassWhileSomethingOnItHasTheMouseOrTheKeyboard) {
+// Wherever the pointer is.
+TEST_F(UiHintTest, TellsOfTheListOfTypesAndOfANameWhileTheyAreOpen) {
+    makeScene();
+    edit();
+    const int x = ui.nodeCanvas->x + 900, y = ui.nodeCanvas->y + 100;
+    send(kMessageMouseMove, x, y);
+    send(kMessageKeyDown, x, y, kKeyTab);
+    EXPECT_THAT(hintAt(*ui.imagePanel), HasSubstr("Return or a click: make the node"));
+    send(kMessageKeyUp, 0, 0, kKeyTab);
+    send(kMessageKeyDown, 0, 0, kKeyEscape);
+    EXPECT_THAT(hintAt(*ui.imagePanel), HasSubstr("Wheel: zoom"));
+
+    ui.nodeCanvas->select({"b"});
+    send(kMessageMouseMove, x, y);
+    send(kMessageKeyDown, x, y, kKeyF2);
+    ASSERT_NE(ui.master.captured, nullptr);
+    EXPECT_THAT(hintAt(*ui.imagePanel), HasSubstr("Type the name"));
+}
+
+TEST_F(UiHintTest, IsTheCanvassWhileABoxIsDragged) {
     makeScene();
     edit();
     const std::string ofPlayer = "F1: all keys";
-    // The list of types, with the pointer on the picture.
-    send(kMessageMouseMove, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100);
-    send(kMessageKeyDown, ui.nodeCanvas->x + 900, ui.nodeCanvas->y + 100, kKeyTab);
-    ASSERT_NE(ui.master.captured, nullptr);
-    ASSERT_NE(ui.master.captured, ui.nodeCanvas.get());
-    EXPECT_TRUE(IsOfNodeCanvas(*ui.master.captured));
-    EXPECT_THAT(ui.HintOfMoment(), Not(HasSubstr(ofPlayer)));
-    EXPECT_THAT(ui.HintOfMoment(), Not(IsEmpty()));
-    send(kMessageKeyUp, 0, 0, kKeyTab);
-    ui.ShowScreen(ScreenKind::Presentation);
-    edit();
-    // A box that is dragged.
     const UI_Node& box = *ui.nodeCanvas->boxOf("b");
     const CanvasView& view = ui.nodeCanvas->view;
     send(kMessageLeftDown, view.screenX(box.x + 80), view.screenY(box.y + 10));

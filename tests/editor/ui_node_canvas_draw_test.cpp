@@ -334,7 +334,7 @@ TEST_F(CanvasPictures, ThePaletteAndTheNameFieldAreDrawnOnTop) {
     Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
     canvas.select({"a"});
     Play(master, kMessageMouseMove, 200, 250);
-    Play(master, kMessageKeyDown, 0, 0, kKeyF1 + 1);
+    Play(master, kMessageKeyDown, 0, 0, kKeyF2);
     EXPECT_TRUE(alike(draw().at(270, 140), {0.25f, 0.25f, 0.25f, 1}));
     Play(master, kMessageKeyDown, 0, 0, kKeyEscape);
 }
