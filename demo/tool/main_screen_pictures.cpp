@@ -41,7 +41,7 @@ class ScreenPictures {
         // A widget may follow in the second frame what the first one found out.
         for (int frame = 0; frame < 2; ++frame) {
             ui.BeginFrameUpdate();
-            session_.engine->update(ui.editorTime);
+            session_.runGraph(ui.editorTime);
             screen.Bind();
             screen.SelectDrawBuffers();
             screen.SetViewport();
@@ -113,6 +113,14 @@ bool WriteAll(Session& session, const fs::path& folder) {
     pictures.send(kMessageKeyDown, kKeyF1, 900, 400);
     written = pictures.write("authoring-help") && written;
     pictures.send(kMessageKeyDown, kKeyEscape, 900, 400);
+    pictures.send(kMessageMouseMove, 0, 760, 960);
+    constexpr int kWheelStep = 120;
+    for (int i = 0; i < 10; ++i) pictures.send(kMessageWheel, kWheelStep, 760, 960);
+    pictures.send(kMessageMouseMove, 0, 1080, 700);
+    pictures.send(kMessageKeyDown, kKeyTab, 1080, 700);
+    for (const char letter : {'g', 'l', 'o'}) pictures.send(kMessageCharacter, letter, 1080, 700);
+    written = pictures.write("authoring-palette") && written;
+    pictures.send(kMessageKeyDown, kKeyEscape, 1080, 700);
     pictures.send(kMessageLeftDown, 0, 100, 560);  // the messages
     pictures.send(kMessageLeftUp, 0, 100, 560);
     return pictures.write("authoring-messages") && written;
