@@ -20,8 +20,9 @@ class Session {
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Runs the graph at a time and leaves the result in the viewer's target. Every run begins with
-    // opaque black as the colour to clear with, since some nodes clear with what they find.
+    // Clears what is drawn to, runs the graph at a time and leaves the result in the viewer's
+    // target. The run begins with opaque black as the colour to clear with, since some nodes clear
+    // with what they find.
     void runGraph(float seconds);
     // Draws the editor into the picture and shows it in the window, letterboxed.
     void drawEditor();

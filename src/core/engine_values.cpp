@@ -8,12 +8,13 @@
 
 namespace {
 
-// A project names what a track drives with a dot before the channel, so that a load takes a dot in
-// a parameter's own name for that one.
+// A load finds what a track drives by the track's name. It takes a dot in a parameter's own name
+// for the one before a channel, and of two parameters with one name the last.
 void TellOfLostTrack(const KeyframeTrack& track) {
-    DebugFault("\"" + track.name +
-               "\" is animated until the project is loaded again: no file can tell what its keys "
-               "drive, since the name of the parameter has a dot\n");
+    DebugFault(
+        "\"" + track.name +
+        "\" is animated until the project is loaded again: a load does not find what its keys "
+        "drive\n");
 }
 
 }  // namespace

@@ -81,7 +81,8 @@ std::string HintFor(const UI_Object& widget) {
         return "Type: search   Up, Down, wheel: choose   Return or a click: make the node   Esc: "
                "none";
     }
-    if (is(static_cast<UI_NameField*>(nullptr))) return "Type the name   Return: take it   Esc: no";
+    if (is(static_cast<UI_NameField*>(nullptr)))
+        return "Type the name (none: the id is shown)   Return: take it   Esc: keep the old one";
     if (is(static_cast<UI_Position*>(nullptr))) {
         return std::string("Drag the numbers, or the pin on the picture   Right click: default") +
                kKeys;

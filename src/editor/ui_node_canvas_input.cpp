@@ -426,7 +426,6 @@ void UI_NodeCanvas::beginRename(const std::string& id) {
                           titleOf(id))) {
         return;
     }
-    tell("Enter takes the name, Escape leaves the old one; an empty name shows the id");
 }
 
 void UI_NodeCanvas::openPalette(int screenX, int screenY) {

@@ -1,6 +1,6 @@
 // Decodes picture files: PNG, JPEG, TIFF and BMP, told apart by their first bytes. Only 8-bit RGB
 // and RGBA sources (JPEG: colour only) are taken; palette, grey, 16-bit and other kinds are
-// refused. Depends on libpng, libjpeg, libtiff and SDL2; any thread; no state.
+// refused. Depends on libpng, libdeflate, libjpeg, libtiff and SDL2; any thread; no state.
 #pragma once
 
 #include <cstdint>

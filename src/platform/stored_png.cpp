@@ -78,15 +78,16 @@ std::optional<Header> PlainHeader(const std::optional<Chunk>& chunk) {
 // `rest`. Empty where they do not follow each other, or where the file does not end as it should.
 FileBytes JoinData(FileBytes rest, std::uint8_t* buffer) {
     std::size_t size = 0;
-    bool ended = false;  // something else has followed
+    bool begun = false, ended = false;  // ended when something else has followed
     while (const std::optional<Chunk> chunk = TakeChunk(rest)) {
         if (chunk->type == "IDAT") {
             if (ended) return {};
+            begun = true;
             std::copy(chunk->data.begin(), chunk->data.end(), buffer + size);
             size += chunk->data.size();
             continue;
         }
-        ended = size > 0;
+        ended = begun;
         if (chunk->type == "IEND")
             return chunk->data.empty() ? FileBytes(buffer, size) : FileBytes();
         if (!MayBeLeftOut(chunk->type)) return {};
@@ -94,9 +95,18 @@ FileBytes JoinData(FileBytes rest, std::uint8_t* buffer) {
     return {};
 }
 
+// zlib keeps to the window that the data declares, libdeflate does not look at it. A window that is
+// smaller than the data may be overstepped, or not: for zlib to find out.
+bool IsWindowLargeEnough(FileBytes packed, std::size_t size) {
+    constexpr int kLargest = 7;  // 32 KB, which no deflated data goes beyond
+    const int window = packed[0] >> 4;
+    return window >= kLargest || size <= std::size_t{256} << window;
+}
+
 // Fills `rows`, or fails where `packed` holds more, less or other data. The result is the sum that
 // stands behind the data.
 FileBytes Unpack(FileBytes packed, std::span<std::uint8_t> rows) {
+    if (packed.empty() || !IsWindowLargeEnough(packed, rows.size())) return {};
     const std::unique_ptr<libdeflate_decompressor, FreeDecompressor> unpacker(
         libdeflate_alloc_decompressor());
     if (unpacker == nullptr) return {};
@@ -125,8 +135,7 @@ std::optional<StoredPng> StoredPng::from(FileBytes file) {
     std::unique_ptr<std::uint8_t[]> rows(new (std::nothrow) std::uint8_t[size]);
     const std::unique_ptr<std::uint8_t[]> buffer(new (std::nothrow) std::uint8_t[rest.size()]);
     if (rows == nullptr || buffer == nullptr) return {};
-    const FileBytes packed = JoinData(rest, buffer.get());
-    const FileBytes sum = packed.empty() ? packed : Unpack(packed, {rows.get(), size});
+    const FileBytes sum = Unpack(JoinData(rest, buffer.get()), {rows.get(), size});
     if (sum.empty()) return {};
     png.picture_ = {header->width, header->height, header->channels, std::move(rows)};
     png.layOut(file.first(kHeaderEnd), size, sum);

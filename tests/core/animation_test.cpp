@@ -101,8 +101,8 @@ TEST_F(AnimationTest, TellsWhenALoadWillNotFindWhatTheKeysDrive) {
     }
     ASSERT_TRUE(engine_.addAnimation("A1", ".Time Stretch 1"));
     EXPECT_EQ(said.text(),
-              "\"A1..Time Stretch 1\" is animated until the project is loaded again: no file can "
-              "tell what its keys drive, since the name of the parameter has a dot\n");
+              "\"A1..Time Stretch 1\" is animated until the project is loaded again: a load does "
+              "not find what its keys drive\n");
     EXPECT_EQ(engine_.tracks.find("A1")->back()->target, &dotted);
 }
 

@@ -92,6 +92,10 @@ TEST_F(UiHintTest, TellsOfTheListOfTypesAndOfANameWhileTheyAreOpen) {
     send(kMessageKeyDown, x, y, kKeyF2);
     ASSERT_NE(ui.master.captured, nullptr);
     EXPECT_THAT(hintAt(*ui.imagePanel), HasSubstr("Type the name"));
+    send(kMessageMouseMove, x, y);
+    send(kMessageKeyDown, x, y, kKeyEscape);
+    EXPECT_THAT(ui.HintOfMoment(), Not(HasSubstr("name (none")));
+    EXPECT_THAT(ui.HintOfMoment(), Not(IsEmpty()));
 }
 
 TEST_F(UiHintTest, IsTheCanvassWhileABoxIsDragged) {

@@ -44,8 +44,12 @@ TEST_F(FrameCalls, AreCounted) {
     const GlCallCount calls;
     GLuint buffer = 0;
     glGenBuffers(1, &buffer);
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glBufferData(GL_ARRAY_BUFFER, sizeof buffer, &buffer, GL_STATIC_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
     glDeleteBuffers(1, &buffer);
     const ImageNode_HoloBall other(&engine, "other");
     EXPECT_GT(calls.madeBuffers(), 0) << "else these tests would count nothing at all";
+    EXPECT_GT(calls.filledBuffers(), 0);
     EXPECT_GT(calls.lookups(), 0);
 }

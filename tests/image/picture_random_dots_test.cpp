@@ -222,10 +222,12 @@ TEST_F(RandomDotsTest, LeavesAPictureThatOthersStillShowAsItIs) {
 
 TEST_F(RandomDotsTest, TakesTheTextureOfBeforeWithAllItsLevels) {
     node.pull();
-    const std::uint32_t texture = node.images[0]->textures[0];
+    const GL_Image* const texture = node.images[0].get();
+    node.images[0]->hasMipmaps = false;  // a mark, which a new picture would not have
     apply({.dots = 3000, .seed = 2});
     node.pull();
-    EXPECT_EQ(node.images[0]->textures[0], texture);
+    EXPECT_EQ(node.images[0].get(), texture);
+    EXPECT_FALSE(node.images[0]->hasMipmaps);
     auto& fresh = add<ImageNode_RandomDots>("fresh");
     set(fresh, "Dots", {3000});
     set(fresh, "Seed", {2});

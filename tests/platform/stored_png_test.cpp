@@ -187,6 +187,9 @@ TEST(StoredPng, LeavesFilesWhoseChunksAreOutOfOrder) {
     std::vector<Chunk> parted = chunks;
     parted.insert(parted.begin() + 2, {"tIME", {}});
     ExpectLeftAndRefused(FileOf(parted));
+    std::vector<Chunk> late = chunks;  // what comes behind the first chunk of data is too late
+    late.insert(late.begin() + 1, {{"IDAT", {}}, {"tIME", {}}});
+    ExpectLeftAndRefused(FileOf(late));
     std::vector<Chunk> unknown = chunks;
     unknown.insert(unknown.begin() + 1, {"TEXT", {}});
     ExpectLeftAndRefused(FileOf(unknown));
@@ -203,6 +206,28 @@ TEST(StoredPng, LeavesDataOfAnotherLength) {
     const FileContent longer = FileWithRows(Bytes(kRowsSize + 1));
     EXPECT_FALSE(IsTaken(longer));
     EXPECT_EQ(Decoded(longer).size(), std::size_t{kWidth} * kHeight * 3);
+}
+
+// The first rows come again after more than 256 bytes, which the declared window does not reach.
+TEST(StoredPng, LeavesDataWhoseWindowIsDeclaredTooSmall) {
+    Bytes rows(kRowsSize);
+    const Bytes noise = NoisePixels(3 * kWidth, 4, 1);
+    for (std::size_t y = 0; y < kHeight; ++y) {
+        const auto from = noise.begin() + static_cast<std::ptrdiff_t>(y % 4 * 3 * kWidth);
+        std::copy(from, from + 3 * kWidth,
+                  rows.begin() + static_cast<std::ptrdiff_t>(y * (3 * kWidth + 1) + 1));
+    }
+    std::vector<Chunk> chunks = ChunksOf(FileWithRows(rows));
+    ASSERT_TRUE(IsTaken(FileOf(chunks)));
+    Bytes& packed = chunks[1].data;
+    for (int window = 0; window < 7; ++window) {
+        const int method = 8 | window << 4;
+        packed[0] = static_cast<std::uint8_t>(method);
+        packed[1] = static_cast<std::uint8_t>(31 - method * 256 % 31);  // so that 31 divides both
+        const bool isEnough = kRowsSize <= std::size_t{256} << window;
+        EXPECT_EQ(IsTaken(FileOf(chunks)), isEnough) << window;
+        EXPECT_EQ(Decoded(FileOf(chunks)).empty(), window == 0) << window;
+    }
 }
 
 TEST(StoredPng, RefusesAFilterThatThereIsNot) {
