@@ -200,16 +200,7 @@ void sectionBreak(DanceWriter& w) {
     w.arms(0, kChest, 6);
 }
 
-}  // namespace
-
-void WriteOpening(DanceWriter& w) {
-    sectionIntro(w);
-    sectionBuild(w);
-    sectionMainA(w);
-    sectionBreak(w);
-}
-
-void WriteMiddle(DanceWriter& w) {
+void sectionMainB(DanceWriter& w) {
     w.begin(80);
     hold(w, 0.05, 1.3, 0.22, 0);
     const std::vector<Bar> figures = {
@@ -243,7 +234,9 @@ void WriteMiddle(DanceWriter& w) {
         },
     };
     bars(w, 80, 112, figures);
+}
 
+void sectionLunges(DanceWriter& w) {
     w.begin(112);
     hold(w, 0.012, 1.1, 0.06, 0.5);
     for (int phrase = 0; phrase < 8; ++phrase) {
@@ -261,7 +254,9 @@ void WriteMiddle(DanceWriter& w) {
         w.arm(2.2, otherSide(side), kRest, 4);
         w.weight(2.6, 0.5);
     }
+}
 
+void sectionMarch(DanceWriter& w) {
     w.begin(144);
     hold(w, 0.03, 1, 0.18, 0);
     bars(w, 144, 152, {[](DanceWriter& b) {
@@ -283,6 +278,21 @@ void WriteMiddle(DanceWriter& w) {
     w.headLean(1.5, 0.4);
     w.lean(3.6, 0);
     w.headLean(3.6, 0);
+}
+
+}  // namespace
+
+void WriteOpening(DanceWriter& w) {
+    sectionIntro(w);
+    sectionBuild(w);
+    sectionMainA(w);
+    sectionBreak(w);
+}
+
+void WriteMiddle(DanceWriter& w) {
+    sectionMainB(w);
+    sectionLunges(w);
+    sectionMarch(w);
 }
 
 }  // namespace dance

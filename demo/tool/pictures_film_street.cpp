@@ -118,10 +118,10 @@ Layer paintSky() {
     return layer;
 }
 
+constexpr int kRoadWidth = 2000, kRoadHeight = 560;
+
 // Wet asphalt: lights of the signs run down it in broken streaks.
-Layer paintRoad() {
-    constexpr int kWidth = 2000, kHeight = 560;
-    Layer layer(kWidth, kHeight);
+void addSheen(Layer& road) {
     struct Streak {
         float x, width;
         Colour colour;
@@ -134,9 +134,9 @@ Layer paintRoad() {
                                   Streak{1540, 60, kOrange, 0.5f},
                                   Streak{1150, 24, kGold, 0.5f},
                                   Streak{860, 22, hexColour(0x9a6bff), 0.6f}};
-    layer.fill([&](int x, int y) {
+    road.fill([&](int x, int y) {
         const auto px = static_cast<float>(x), py = static_cast<float>(y);
-        const float down = py / kHeight;
+        const float down = py / kRoadHeight;
         Colour colour = mix(hexColour(0x8a3c88), hexColour(0x0b0a20), smoothstep(0, 0.55f, down));
         const float wet =
             0.55f + 0.75f * fractalNoise(px / (60 + 200 * down), py / (5 + 22 * down), 4, 6);
@@ -150,32 +150,39 @@ Layer paintRoad() {
         }
         return colour;
     });
-    layer.draw([](cairo_t* cairo) {
-        Pen pen(cairo);
-        const auto side = [](double x, double down) {
-            return 1000 + (x - 1000) * (0.16 + 0.84 * down);
-        };
-        pen.flat(hexColour(0xffe8f4), 0.20);
-        for (int i = -6; i <= 6; ++i) {
-            const double x = 1000 + i * 190;
-            pen.shape({{side(x - 46, 0.50), 300},
-                       {side(x + 46, 0.50), 300},
-                       {side(x + 46, 0.72), 400},
-                       {side(x - 46, 0.72), 400}});
-        }
-        // Kerbs.
-        for (const double sign : {-1.0, 1.0}) {
-            pen.flat(hexColour(0x0a0818), 0.75);
-            pen.shape({{1000 + sign * 150, 0},
-                       {1000 + sign * 1160, 560},
-                       {1000 + sign * 2200, 560},
-                       {1000 + sign * 300, 0}});
-            pen.flat(kPink, 0.4).line({{1000 + sign * 150, 0}, {1000 + sign * 1160, 560}}, 4);
-        }
-    });
+}
+
+void drawRoadMarks(cairo_t* cairo) {
+    Pen pen(cairo);
+    const auto side = [](double x, double down) {
+        return 1000 + (x - 1000) * (0.16 + 0.84 * down);
+    };
+    pen.flat(hexColour(0xffe8f4), 0.20);
+    for (int i = -6; i <= 6; ++i) {
+        const double x = 1000 + i * 190;
+        pen.shape({{side(x - 46, 0.50), 300},
+                   {side(x + 46, 0.50), 300},
+                   {side(x + 46, 0.72), 400},
+                   {side(x - 46, 0.72), 400}});
+    }
+    // Kerbs.
+    for (const double sign : {-1.0, 1.0}) {
+        pen.flat(hexColour(0x0a0818), 0.75);
+        pen.shape({{1000 + sign * 150, 0},
+                   {1000 + sign * 1160, 560},
+                   {1000 + sign * 2200, 560},
+                   {1000 + sign * 300, 0}});
+        pen.flat(kPink, 0.4).line({{1000 + sign * 150, 0}, {1000 + sign * 1160, 560}}, 4);
+    }
+}
+
+Layer paintRoad() {
+    Layer layer(kRoadWidth, kRoadHeight);
+    addSheen(layer);
+    layer.draw(drawRoadMarks);
     // The far end melts into the light of the street.
     for (int y = 0; y < 60; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
+        for (int x = 0; x < kRoadWidth; ++x) {
             float* pixel = layer.pixel(x, y);
             const float share = smoothstep(0, 60, static_cast<float>(y));
             for (int channel = 0; channel < 4; ++channel) pixel[channel] *= share;

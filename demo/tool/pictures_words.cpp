@@ -126,20 +126,23 @@ Layer paintWordSound() {
     return layer;
 }
 
-Layer paintWordGraph() {
-    Layer layer(kWidth, kHeight);
-    struct Box {
-        double x, y;
-        Colour colour;
-    };
-    constexpr std::array kBoxes{Box{250, 220, kCyan},     Box{620, 150, kMagenta},
-                                Box{1010, 250, kOrange},  Box{1420, 170, kCyan},
-                                Box{1710, 300, kGold},    Box{210, 830, kMagenta},
-                                Box{560, 910, kGold},     Box{960, 830, kCyan},
-                                Box{1350, 920, kMagenta}, Box{1700, 800, kOrange}};
-    constexpr std::array<std::array<int, 2>, 11> kLinks{
-        {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {5, 6}, {6, 7}, {7, 8}, {8, 9}, {0, 5}, {4, 9}, {2, 7}}};
-    const Mask wires = Mask::drawn(kWidth, kHeight, [&](cairo_t* cairo) {
+namespace {
+
+// The graph behind a word: boxes, and the links between them.
+struct Box {
+    double x, y;
+    Colour colour;
+};
+constexpr std::array kBoxes{Box{250, 220, kCyan},     Box{620, 150, kMagenta},
+                            Box{1010, 250, kOrange},  Box{1420, 170, kCyan},
+                            Box{1710, 300, kGold},    Box{210, 830, kMagenta},
+                            Box{560, 910, kGold},     Box{960, 830, kCyan},
+                            Box{1350, 920, kMagenta}, Box{1700, 800, kOrange}};
+constexpr std::array<std::array<int, 2>, 11> kLinks{
+    {{0, 1}, {1, 2}, {2, 3}, {3, 4}, {5, 6}, {6, 7}, {7, 8}, {8, 9}, {0, 5}, {4, 9}, {2, 7}}};
+
+Mask wiresMask() {
+    return Mask::drawn(kWidth, kHeight, [](cairo_t* cairo) {
         cairo_set_line_width(cairo, 4);
         for (const auto& [from, to] : kLinks) {
             const Box &a = kBoxes[from], &b = kBoxes[to];
@@ -154,35 +157,45 @@ Layer paintWordGraph() {
             cairo_stroke(cairo);
         }
     });
-    neon(layer, wires, kMist, 5, 0.7f);
-    const auto plates = [&](Colour colour, double lineWidth) {
-        return Mask::drawn(kWidth, kHeight, [&](cairo_t* cairo) {
-            for (const Box& node : kBoxes) {
-                if (node.colour.g != colour.g) continue;
-                cairo_rectangle(cairo, node.x - 84, node.y - 38, 168, 76);
-            }
-            cairo_set_line_width(cairo, lineWidth);
-            cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
-            if (lineWidth == 0) cairo_fill(cairo);
-            cairo_stroke(cairo);
-        });
-    };
-    for (const Colour colour : {kCyan, kMagenta, kOrange, kGold}) {
-        layer.cover(plates(colour, 0), kNight);
-        neon(layer, plates(colour, 4), colour, 4, 0.5f);
-    }
-    layer.draw([&](cairo_t* cairo) {
+}
+
+// Plates of the boxes of one colour, filled, or their edges where a width is given.
+Mask platesMask(Colour colour, double lineWidth) {
+    return Mask::drawn(kWidth, kHeight, [&](cairo_t* cairo) {
         for (const Box& node : kBoxes) {
-            cairo_set_source_rgb(cairo, node.colour.r, node.colour.g, node.colour.b);
-            cairo_rectangle(cairo, node.x - 74, node.y - 28, 148, 14);
-            cairo_fill(cairo);
-            cairo_set_source_rgba(cairo, 0.6, 0.65, 1, 0.55);
-            for (int row = 0; row < 2; ++row) {
-                cairo_rectangle(cairo, node.x - 74, node.y - 2 + row * 17, 100 - 34 * row, 7);
-                cairo_fill(cairo);
-            }
+            if (node.colour.g != colour.g) continue;
+            cairo_rectangle(cairo, node.x - 84, node.y - 38, 168, 76);
         }
+        cairo_set_line_width(cairo, lineWidth);
+        cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
+        if (lineWidth == 0) cairo_fill(cairo);
+        cairo_stroke(cairo);
     });
+}
+
+void drawLabels(cairo_t* cairo) {
+    for (const Box& node : kBoxes) {
+        cairo_set_source_rgb(cairo, node.colour.r, node.colour.g, node.colour.b);
+        cairo_rectangle(cairo, node.x - 74, node.y - 28, 148, 14);
+        cairo_fill(cairo);
+        cairo_set_source_rgba(cairo, 0.6, 0.65, 1, 0.55);
+        for (int row = 0; row < 2; ++row) {
+            cairo_rectangle(cairo, node.x - 74, node.y - 2 + row * 17, 100 - 34 * row, 7);
+            cairo_fill(cairo);
+        }
+    }
+}
+
+}  // namespace
+
+Layer paintWordGraph() {
+    Layer layer(kWidth, kHeight);
+    neon(layer, wiresMask(), kMist, 5, 0.7f);
+    for (const Colour colour : {kCyan, kMagenta, kOrange, kGold}) {
+        layer.cover(platesMask(colour, 0), kNight);
+        neon(layer, platesMask(colour, 4), colour, 4, 0.5f);
+    }
+    layer.draw(drawLabels);
     // The word is read before the wires that pass behind it.
     const Mask letters = wordMask("GRAPH");
     layer.cover(letters.blurred(18), kInk, 1.4f);
