@@ -106,13 +106,55 @@ class RadiositySurfaceTest : public RadiosityTest {
         addObject(SphereMesh(16, 8), pictured(0.3f, 0.1f, 1.5f, 3), placed({0.1f, 0.3f, 0}));
     }
 
+    // Of a pixel and four places around it, in 64ths of a pixel.
+    static constexpr double kOffsets[5][2] = {{0, 0}, {-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
+
+    // What additive surfaces before the nearest opaque one give to a pixel.
+    struct AddedLight {
+        Double3 sum{};
+        std::size_t layers = 0;
+        double moved = 0;  // the most by which rays around it differ
+        double sampleError = 0;
+        bool isBehind = false;  // an opaque surface is behind them
+        std::array<std::size_t, 5> paths{};
+        // Where a ray around it meets other objects.
+        bool isAtEdge() const { return std::count(paths.begin(), paths.end(), paths[0]) != 5; }
+    };
+    AddedLight addedLightAt(const SceneTracer& rays, std::size_t opaqueObjects, int x,
+                            int y) const {
+        AddedLight added;
+        for (std::size_t corner = 0; corner < 5; ++corner) {
+            Double3 sum{};
+            std::size_t layers = 0;
+            for (const TraceHit& hit : rays.hits(acrossOf(x + kOffsets[corner][0] / 64),
+                                                 upOf(y + kOffsets[corner][1] / 64), 0.1)) {
+                if (hit.object < opaqueObjects) {
+                    added.isBehind = true;
+                    added.paths[corner] = 1000 * (hit.object + 1);
+                    break;
+                }
+                const MaterialData& material = *geometry.objects[hit.object].material;
+                const SurfaceOutputs shaded = Shade(hit, material, textures);
+                sum = Plus(sum, shaded.additive);
+                added.sampleError += shaded.sampleError;
+                ++layers;
+            }
+            added.paths[corner] += layers;
+            if (corner == 0) {
+                added.sum = sum;
+                added.layers = layers;
+            }
+            added.moved = std::max(added.moved, Apart(sum, added.sum));
+        }
+        return added;
+    }
+
     // The nearest hit around a place where nothing else begins within a 64th of a pixel: vertices
     // may be moved by less than that to the grid of the rasteriser. Empty elsewhere.
     struct Around {
         std::vector<TraceHit> centreAndCorners;
     };
     static Around around(const SceneTracer& tracer, int x, int y) {
-        constexpr double kOffsets[5][2] = {{0, 0}, {-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
         Around result;
         for (const auto& offset : kOffsets) {
             const std::vector<TraceHit> hits =
@@ -213,46 +255,21 @@ TEST_F(RadiositySurfaceTest, AddsAdditiveSurfacesToTheColourBehindOpaqueDepth) {
     int wrong = 0, onAir = 0, onSurface = 0, hidden = 0;
     for (int y = 3; y < kFrameHeight; y += 17) {
         for (int x = 4; x < kFrameWidth; x += 21) {
-            std::array<Double3, 5> sums{};
-            std::array<std::size_t, 5> layers{};
-            double sampleError = 0;
-            bool behind = false;
-            for (std::size_t corner = 0; corner < 5; ++corner) {
-                constexpr double kOffsets[5][2] = {{0, 0}, {-1, -1}, {1, -1}, {-1, 1}, {1, 1}};
-                const std::vector<TraceHit> hits =
-                    rays.hits(acrossOf(x + kOffsets[corner][0] / 64),
-                              upOf(y + kOffsets[corner][1] / 64), 0.1);
-                for (const TraceHit& hit : hits) {
-                    if (hit.object < opaqueObjects) {
-                        behind = true;
-                        layers[corner] += 1000 * (hit.object + 1);
-                        break;
-                    }
-                    const MaterialData& material = *geometry.objects[hit.object].material;
-                    const SurfaceOutputs shaded = Shade(hit, material, textures);
-                    sums[corner] = Plus(sums[corner], shaded.additive);
-                    sampleError += shaded.sampleError;
-                    ++layers[corner];
-                }
-            }
-            // Places at edges, as the rays around it tell, are left out.
-            if (std::count(layers.begin(), layers.end(), layers[0]) != 5) continue;
-            const std::size_t added = layers[0] % 1000;
-            (added == 0 ? hidden : behind ? onSurface : onAir) += 1;
-            double moved = 0;
-            for (const Double3& sum : sums) moved = std::max(moved, Apart(sum, sums[0]));
+            const AddedLight added = addedLightAt(rays, opaqueObjects, x, y);
+            if (added.isAtEdge()) continue;
+            (added.layers == 0 ? hidden : added.isBehind ? onSurface : onAir) += 1;
             const float* under = &before[0][static_cast<std::size_t>(y * kFrameWidth + x) * 4];
             const Double3 expected =
-                Plus(sums[0], {static_cast<double>(under[0]), static_cast<double>(under[1]),
-                               static_cast<double>(under[2])});
+                Plus(added.sum, {static_cast<double>(under[0]), static_cast<double>(under[1]),
+                                 static_cast<double>(under[2])});
             const Vec4 texel = colour.texelAt(x, y);
             const Double3 actual = {static_cast<double>(texel.r), static_cast<double>(texel.g),
                                     static_cast<double>(texel.b)};
             // As above; and each of up to six layers is rounded when it is added.
             const double tolerance =
-                moved + sampleError + 6 * Apart(expected, {0, 0, 0}) / 2048 + 1e-4;
+                added.moved + added.sampleError + 6 * Apart(expected, {0, 0, 0}) / 2048 + 1e-4;
             wrong += !(Apart(actual, expected) <= tolerance);
-            wrong += texel.a != under[3] + static_cast<float>(added);  // alpha counts the layers
+            wrong += texel.a != under[3] + static_cast<float>(added.layers);  // alpha counts them
         }
     }
     EXPECT_EQ(wrong, 0);
