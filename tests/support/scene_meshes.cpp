@@ -120,7 +120,7 @@ SceneTracer::SceneTracer(std::vector<TracedObject> objects, const Mat4& camera, 
 
 // The usual intersection of a ray from the origin with a triangle (Moeller and Trumbore).
 std::optional<TraceHit> SceneTracer::hit(const Triangle& triangle, const Double3& direction) const {
-    const auto& [a, b, c] = triangle.corners;
+    const auto &a = triangle.corners[0], &b = triangle.corners[1], &c = triangle.corners[2];
     const Double3 ab = Plus(b.eyePosition, a.eyePosition, -1);
     const Double3 ac = Plus(c.eyePosition, a.eyePosition, -1);
     const Double3 h = Cross(direction, ac);
