@@ -80,10 +80,10 @@ TEST(PuppetModel, HasAllFifteenLimbsOnce) {
 TEST(PuppetModel, LampsHangOnLimbsOfTheBody) {
     const Model body(PuppetBodyObj());
     const Model lamps(PuppetLampsObj());
-    for (const auto& [name, vertices] : lamps.objects) {
+    for (const auto& lamp : lamps.objects) {
         EXPECT_TRUE(std::any_of(body.objects.begin(), body.objects.end(), [&](const auto& limb) {
-            return limb.first == name;
-        })) << name;
+            return limb.first == lamp.first;
+        })) << lamp.first;
     }
 }
 

@@ -187,7 +187,7 @@ TEST_F(CanvasPictures, ASocketUnderThePointerTellsItsName) {
     canvas.rebuildBoxes();
     engine.findNode("out")->inputNames[0] = "Picture";
     canvas.rebuildBoxes();
-    const auto lightPixels = [this](const Picture& picture) {
+    const auto lightPixels = [](const Picture& picture) {
         int count = 0;
         for (int y = 170; y < 205; ++y) {
             for (int x = 205; x < 300; ++x) count += picture.at(x, y).b > 0.5f ? 1 : 0;
