@@ -114,8 +114,7 @@ bool WriteAll(Session& session, const fs::path& folder) {
     written = pictures.write("authoring-help") && written;
     pictures.send(kMessageKeyDown, kKeyEscape, 900, 400);
     pictures.send(kMessageMouseMove, 0, 760, 960);
-    constexpr int kWheelStep = 120;
-    for (int i = 0; i < 10; ++i) pictures.send(kMessageWheel, kWheelStep, 760, 960);
+    for (int i = 0; i < 10; ++i) pictures.send(kMessageWheel, kWheelNotch, 760, 960);
     pictures.send(kMessageMouseMove, 0, 1080, 700);
     pictures.send(kMessageKeyDown, kKeyTab, 1080, 700);
     for (const char letter : {'g', 'l', 'o'}) pictures.send(kMessageCharacter, letter, 1080, 700);

@@ -18,8 +18,7 @@ namespace {
 constexpr int kSocketReach = 9;    // pixels of the canvas, about a socket or an output
 constexpr int kOutputReach = 14;   // to both sides
 constexpr float kZoomStep = 1.1f;  // a notch of the wheel
-constexpr float kWheelNotch = 120;
-constexpr float kLeastDrag = 3;  // pixels of the screen; a hand trembles
+constexpr float kLeastDrag = 3;    // pixels of the screen; a hand trembles
 constexpr float kFurthestShift = 5000000;
 
 Vec2 PixelOf(const UI_Event& event) {

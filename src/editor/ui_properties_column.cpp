@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "editor/ui_clip.h"
+#include "platform/window.h"
 
 namespace {
 
 constexpr int kMargin = 5, kGap = 8;  // pixels
 constexpr int kBarWidth = 8;          // pixels
 constexpr int kPixelsAWheelNotch = 60;
-constexpr int kWheelNotch = 120;
 constexpr Vec4 kQuiet = {0.5f, 0.5f, 0.5f, 1};
 
 }  // namespace

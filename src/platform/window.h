@@ -23,10 +23,12 @@ enum WindowMessageNumber : std::uint32_t {
     kMessageWheel = 522,
 };
 
+constexpr std::int32_t kWheelNotch = 120;  // what kMessageWheel tells for a notch of the wheel
+
 // A message as the editor understands it.
 struct WindowMessage {
     std::uint32_t message = 0;  // a WindowMessageNumber
-    std::int32_t value = 0;     // virtual key, character or wheel delta (120 a notch)
+    std::int32_t value = 0;     // virtual key, character or turn of the wheel
     std::int32_t x = 0, y = 0;  // mouse place in picture pixels (1920 by 1080, top left origin)
     bool repeat = false;        // of a key down: the key is held, this is no new press
 };

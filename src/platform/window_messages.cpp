@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr float kWheelDeltaOfNotch = 120.0f;
 constexpr int kPictureWidth = 1920;
 constexpr int kPictureHeight = 1080;
 
@@ -204,7 +203,7 @@ void MessageTranslator::translateButton(const SDL_MouseButtonEvent& button,
 void MessageTranslator::translateWheel(const SDL_MouseWheelEvent& wheel) {
     const float notches = wheel.preciseY != 0.0f ? wheel.preciseY : static_cast<float>(wheel.y);
     constexpr float kMostNotches = 250.0f;  // the delta is a 16-bit number
-    const float delta = std::clamp(notches, -kMostNotches, kMostNotches) * kWheelDeltaOfNotch;
+    const float delta = std::clamp(notches, -kMostNotches, kMostNotches) * kWheelNotch;
     const auto rounded = static_cast<std::int32_t>(std::lround(delta));
     if (rounded != 0) add(kMessageWheel, rounded);
 }

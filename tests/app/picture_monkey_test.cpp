@@ -224,7 +224,7 @@ class Monkey {
     void wheel() {
         moveTo(somewhere());
         for (int turns = 1 + below(4); turns > 0; --turns) {
-            send(kMessageWheel, place_, oneIn(2) ? 120 : -120);
+            send(kMessageWheel, place_, oneIn(2) ? kWheelNotch : -kWheelNotch);
         }
     }
 
